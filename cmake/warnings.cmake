@@ -1,0 +1,8 @@
+# What every target of ours is compiled with. Third-party headers come in as system headers and are not judged.
+function(xum_compile_strictly target)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual
+        # Fused multiply-add would make files and pictures depend on the processor.
+        -ffp-contract=off
+        $<$<BOOL:${XUM_WERROR}>:-Werror>)
+endfunction()

@@ -1,0 +1,130 @@
+#include <xum/engine/engine_implementation.h>
+
+#include <xum/devices/input_device_implementation.h>
+#include <xum/engine/log.h>
+#include <xum/engine/window_implementation.h>
+#include <xum/render/opengl/opengl_render_device.h>
+#include <xum/render/software_render_device.h>
+
+#ifdef _WIN32
+#    include <xum/engine/windows_system_device.h>
+using PlatformSystemDevice = WindowsSystemDevice;
+#else
+#    include <xum/engine/posix_system_device.h>
+using PlatformSystemDevice = PosixSystemDevice;
+#endif
+
+#include <SDL_mixer.h>
+
+#include <new>
+#include <string>
+#include <utility>
+
+// The one place that names concrete devices.
+
+namespace {
+
+/// Null when memory runs out, for the object itself or for what its constructor allocates.
+template <class Device, class... Arguments>
+Device* make(Arguments&&... arguments)
+{
+    try {
+        return new Device(std::forward<Arguments>(arguments)...);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+} // namespace
+
+Window* EngineImplementation::createWindow(const std::string& title, int width, int height, bool resizable,
+                                           bool fullscreen)
+{
+    return make<WindowImplementation>(title, width, height, resizable, fullscreen);
+}
+
+void EngineImplementation::destroyWindow(Window* window)
+{
+    delete static_cast<WindowImplementation*>(window);
+}
+
+SystemDevice* EngineImplementation::createSystemDevice()
+{
+    return make<PlatformSystemDevice>();
+}
+
+void EngineImplementation::destroySystemDevice(SystemDevice* device)
+{
+    delete static_cast<PlatformSystemDevice*>(device);
+}
+
+InputDevice* EngineImplementation::createInputDevice(bool relativeMouse)
+{
+    InputDevice* device = make<InputDeviceImplementation>();
+    if (device != nullptr) device->setRelativeMouseMode(relativeMouse);
+    return device;
+}
+
+void EngineImplementation::destroyInputDevice(InputDevice* device)
+{
+    delete static_cast<InputDeviceImplementation*>(device);
+}
+
+RenderDevice* EngineImplementation::createRenderDevice(Window* window, const char* name)
+{
+    const std::string wanted = name != nullptr ? name : "";
+    if (wanted == "Software") return make<SoftwareRenderDevice>();
+    if (wanted == "OpenGL") return OpenGLRenderDevice::create(window);
+    error("Invalid render device (" + wanted + ")!");
+}
+
+void EngineImplementation::destroyRenderDevice(RenderDevice* device)
+{
+    delete device;
+}
+
+AudioDevice* EngineImplementation::createAudioDevice()
+{
+    return nullptr;
+}
+
+void EngineImplementation::destroyAudioDevice(AudioDevice* /*device*/)
+{
+    Mix_CloseAudio();
+    Mix_Quit();
+}
+
+NetworkDevice* EngineImplementation::createNetworkDevice()
+{
+    return nullptr;
+}
+
+void EngineImplementation::destroyNetworkDevice(NetworkDevice* /*device*/) {}
+
+ScriptingDevice* EngineImplementation::createScriptingDevice()
+{
+    return nullptr;
+}
+
+void EngineImplementation::destroyScriptingDevice(ScriptingDevice* /*device*/) {}
+
+Console* EngineImplementation::createConsole()
+{
+    return nullptr;
+}
+
+void EngineImplementation::destroyConsole(Console* /*console*/) {}
+
+ResourceManager* EngineImplementation::createResourceManager()
+{
+    return nullptr;
+}
+
+void EngineImplementation::destroyResourceManager(ResourceManager* /*resources*/) {}
+
+Cache* EngineImplementation::createCache(ResourceManager* /*resources*/)
+{
+    return nullptr;
+}
+
+void EngineImplementation::destroyCache(Cache* /*cache*/) {}

@@ -1,0 +1,159 @@
+#include <xum/render/image_header.h>
+
+#include <SDL.h>
+
+#include <cstring>
+
+namespace {
+
+std::uint32_t bigEndian32(const unsigned char* p)
+{
+    return std::uint32_t{p[0]} << 24 | std::uint32_t{p[1]} << 16 | std::uint32_t{p[2]} << 8 | std::uint32_t{p[3]};
+}
+
+int bigEndian16(const unsigned char* p)
+{
+    return p[0] << 8 | p[1];
+}
+
+int littleEndian16(const unsigned char* p)
+{
+    return p[0] | p[1] << 8;
+}
+
+std::int32_t littleEndianSigned32(const unsigned char* p)
+{
+    return static_cast<std::int32_t>(std::uint32_t{p[0]} | std::uint32_t{p[1]} << 8 | std::uint32_t{p[2]} << 16 |
+                                     std::uint32_t{p[3]} << 24);
+}
+
+std::int64_t magnitude(std::int32_t value)
+{
+    const std::int64_t wide = value;
+    return wide < 0 ? -wide : wide;
+}
+
+/// The first bytes of a file, zero beyond its end, and the file's whole length.
+struct Header {
+    unsigned char bytes[64] = {};
+    std::int64_t fileSize = 0;
+};
+
+bool isPng(const Header& header)
+{
+    return std::memcmp(header.bytes, "\x89PNG\r\n\x1A\n", 8) == 0;
+}
+
+/// Deflate packs at most 1032 bytes into one, so the filtered rows bound the length of the file from below.
+bool isPngBelievable(const Header& header)
+{
+    const std::int64_t width = bigEndian32(header.bytes + 16);
+    const std::int64_t height = bigEndian32(header.bytes + 20);
+    if (isTooLargeToDecode(width, height)) return false;
+    constexpr int channelsOfColorType[7] = {1, 0, 3, 1, 2, 0, 4};
+    const unsigned colorType = header.bytes[25];
+    const std::int64_t channels = colorType < 7 ? channelsOfColorType[colorType] : 0;
+    const std::int64_t bits = width * channels * header.bytes[24];
+    return (bits / 8) * height / 1032 <= header.fileSize;
+}
+
+bool isBmp(const Header& header)
+{
+    return std::memcmp(header.bytes, "BM", 2) == 0;
+}
+
+/// Uncompressed rows lie in the file as they are; run-length encoded ones (compressions 1 and 2) may be anything.
+bool isBmpBelievable(const Header& header)
+{
+    const unsigned char* info = header.bytes + 14;
+    const bool isOldHeader = littleEndianSigned32(info) == 12;
+    const std::int64_t width = isOldHeader ? littleEndian16(info + 4) : magnitude(littleEndianSigned32(info + 4));
+    const std::int64_t height = isOldHeader ? littleEndian16(info + 6) : magnitude(littleEndianSigned32(info + 8));
+    if (isTooLargeToDecode(width, height)) return false;
+    const std::int64_t bitsPerPixel = isOldHeader ? littleEndian16(info + 10) : littleEndian16(info + 14);
+    const std::int32_t compression = isOldHeader ? 0 : littleEndianSigned32(info + 16);
+    const bool isRunLengthEncoded = compression == 1 || compression == 2;
+    return isRunLengthEncoded || width * bitsPerPixel / 8 * height <= header.fileSize;
+}
+
+bool isJpeg(const Header& header)
+{
+    return header.bytes[0] == 0xFF && header.bytes[1] == 0xD8 && header.bytes[2] == 0xFF;
+}
+
+/// Whether a marker starts a frame, and with it tells the size: all of C0 to CF but the three that define tables.
+bool isFrameMarker(int marker)
+{
+    return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+}
+
+/// Whether every 8 x 8 block costs at least a bit: in Huffman coding it does, in arithmetic coding (C9 and above) not.
+bool isHuffmanCoded(int marker)
+{
+    return marker < 0xC8;
+}
+
+/// A source seen through a buffer, so that many short segments do not cost a seek each.
+class BufferedSource {
+public:
+    explicit BufferedSource(SDL_RWops* source) : source(source) {}
+
+    /// `count` bytes at the position, at most 16; null where the source holds fewer.
+    const unsigned char* at(std::int64_t position, std::int64_t count)
+    {
+        if (position < start || position + count > start + size) {
+            if (SDL_RWseek(source, position, RW_SEEK_SET) < 0) return nullptr;
+            start = position;
+            size = static_cast<std::int64_t>(SDL_RWread(source, buffer, 1, sizeof buffer));
+        }
+        return count <= size - (position - start) ? buffer + (position - start) : nullptr;
+    }
+
+private:
+    SDL_RWops* source;
+    std::int64_t start = 0;
+    std::int64_t size = 0;
+    unsigned char buffer[4096] = {};
+};
+
+/// Walks the segments up to the frame header. A file without one is left to the decoder, which refuses it.
+bool isJpegBelievable(SDL_RWops* source, std::int64_t fileSize)
+{
+    BufferedSource file(source);
+    std::int64_t position = 2;
+    while (const unsigned char* segment = file.at(position, 9)) {
+        if (segment[0] != 0xFF) return true;
+        if (segment[1] == 0xFF) { // padding before a marker
+            ++position;
+            continue;
+        }
+        if (isFrameMarker(segment[1])) {
+            const std::int64_t height = bigEndian16(segment + 5);
+            const std::int64_t width = bigEndian16(segment + 7);
+            if (isTooLargeToDecode(width, height)) return false;
+            return !isHuffmanCoded(segment[1]) || width * height / (64 * 8) <= fileSize;
+        }
+        position += 2 + bigEndian16(segment + 2);
+    }
+    return true;
+}
+
+} // namespace
+
+bool isTooLargeToDecode(std::int64_t width, std::int64_t height)
+{
+    constexpr std::int64_t mostPixels = std::int64_t{1} << 28;
+    return width > 0 && height > mostPixels / width;
+}
+
+bool isImageHeaderBelievable(SDL_RWops* source)
+{
+    Header header;
+    header.fileSize = SDL_RWsize(source);
+    if (header.fileSize < 0) return true; // a pipe: there is no length to hold the header against
+    SDL_RWread(source, header.bytes, 1, sizeof header.bytes);
+    if (isPng(header)) return isPngBelievable(header);
+    if (isBmp(header)) return isBmpBelievable(header);
+    if (isJpeg(header)) return isJpegBelievable(source, header.fileSize);
+    return true;
+}
