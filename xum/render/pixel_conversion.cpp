@@ -49,6 +49,22 @@ void convertRow(Pixel* out, const unsigned char* in, int width, const ByteLayout
     }
 }
 
+// What PNG and JPEG files decode to. Four bytes are moved for each pixel but the last, whose fourth byte may lie behind
+// the end of the data.
+void convertRgbRow(Pixel* out, const unsigned char* in, int width)
+{
+    constexpr unsigned char opaqueBytes[sizeof(Pixel)] = {0, 0, 0, 255};
+    std::uint32_t opaque = 0;
+    std::memcpy(&opaque, opaqueBytes, sizeof opaque);
+    for (int x = 0; x + 1 < width; ++x, in += 3) {
+        std::uint32_t bytes = 0;
+        std::memcpy(&bytes, in, sizeof bytes);
+        bytes |= opaque;
+        std::memcpy(static_cast<void*>(out + x), &bytes, sizeof bytes);
+    }
+    if (width > 0) out[width - 1] = Pixel{in[0], in[1], in[2], 255};
+}
+
 constexpr ByteLayout rgbaLayout = {0, 1, 2, 3};
 
 bool isRgba(const ByteLayout& layout)
@@ -64,7 +80,7 @@ void convertBytes(Pixel* out, const unsigned char* in, int width, int bytesPerPi
     if (isRgba(layout))
         std::memcpy(out, in, static_cast<std::size_t>(width) * sizeof(Pixel));
     else if (bytesPerPixel == 3 && isRgb)
-        convertRow<3, false>(out, in, width, rgb); // a constant layout: what PNG and JPEG files decode to
+        convertRgbRow(out, in, width);
     else if (bytesPerPixel == 3)
         convertRow<3, false>(out, in, width, layout);
     else if (layout.alpha >= 0)
