@@ -1,0 +1,27 @@
+#pragma once
+
+#include "owned.h"
+
+#include <xum/geometry/vector.h>
+
+struct ShutDown {
+    void operator()(Engine* engine) const { shutdownEngine(engine); }
+};
+
+/// The running engine with the devices that the game needs; all of it goes down in reverse order.
+class Application {
+public:
+    /// Throws Failure when there is no engine, no window or no OpenGL.
+    Application(const char* title, const Vector2<int>& size);
+
+    Engine& getEngine() { return *engine; }
+    Window& getWindow() { return *window; }
+    InputDevice& getInput() { return *input; }
+    RenderDevice& getRenderDevice() { return *renderDevice; }
+
+private:
+    std::unique_ptr<Engine, ShutDown> engine;
+    OwnedWindow window;
+    OwnedInputDevice input;
+    OwnedRenderDevice renderDevice;
+};

@@ -1,0 +1,12 @@
+#include "environment.h"
+
+#include <stdlib.h> // setenv is not in namespace std
+
+void setEnvironment(const char* name, const char* value)
+{
+#ifdef _WIN32
+    _putenv_s(name, value);
+#else
+    setenv(name, value, 1);
+#endif
+}

@@ -1,0 +1,40 @@
+#include "application.h"
+#include "assets.h"
+#include "environment.h"
+#include "failure.h"
+#include "options.h"
+#include "play.h"
+#include "scene.h"
+#include "scene_renderer.h"
+
+#include <cstdio>
+
+namespace {
+
+void run(const Options& options)
+{
+    if (options.isUnattended()) setEnvironment("XUM_MESSAGE_BOXES", "0"); // nobody is there to close a box
+    Application application("xum-game", options.size);
+    const Assets assets(application.getRenderDevice(), options.dataDirectory);
+    SceneRenderer renderer(application.getRenderDevice(), assets, makeCourtyard());
+    if (options.isUnattended())
+        runUnattended(application, renderer, options);
+    else
+        play(application, renderer, options);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    int status = static_cast<int>(ExitStatus::Success);
+    const std::optional<Options> options = readOptions(argc, argv, status);
+    if (!options) return status;
+    try {
+        run(*options);
+    } catch (const Failure& failure) {
+        std::fprintf(stderr, "xum-game: %s\n", failure.what());
+        status = static_cast<int>(failure.getStatus());
+    }
+    return status;
+}

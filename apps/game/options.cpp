@@ -1,0 +1,101 @@
+#include "options.h"
+
+#include "failure.h"
+
+#include <xum/files/data_root.h>
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int largestSide = 8192;
+
+const char* const footer = R"(
+Keys:
+  W A S D        fly forwards, left, backwards, right
+  E Q            fly up, down
+  arrow keys     look around
+  Shift          faster
+  M              the mouse looks around, or is free again
+  Tab            solids or edges only
+  P              write a picture, screenshot-001.bmp and so on, into the working directory
+  F11            full screen or window
+  Escape         quit
+A joystick flies too: its axes move, buttons 1 and 2 go up and down, button 3 is faster, button 4 shows edges.
+
+Environment:
+  XUM_DATA_ROOT        the data directory where --data is not given
+  XUM_MESSAGE_BOXES=0  messages go to standard error instead of boxes; always so with --frames
+
+Exit status:
+  0    success
+  2    wrong arguments
+  3    the data directory, a shader or a texture is missing or broken
+  4    no window or no OpenGL 3.2
+  5    the picture could not be written
+  255  the engine stopped the program, log.txt says why)";
+
+std::string checkSize(const std::string& text)
+{
+    int width = 0;
+    int height = 0;
+    char rest = 0;
+    const bool isSize = std::sscanf(text.c_str(), "%5dx%5d%c", &width, &height, &rest) == 2;
+    if (isSize && width >= 1 && width <= largestSide && height >= 1 && height <= largestSide) return {};
+    return "is not a size such as 1024x768, with sides from 1 to " + std::to_string(largestSide);
+}
+
+std::string checkPictureFile(const std::string& name)
+{
+    const std::string ending = ".bmp";
+    const bool isBmp =
+        name.size() > ending.size() && name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
+    return isBmp ? "" : "must be a file name that ends with .bmp";
+}
+
+std::string asDirectory(std::string name)
+{
+    if (name.empty() || name.back() != '/') name += '/';
+    return name;
+}
+
+} // namespace
+
+std::optional<Options> readOptions(int argumentCount, const char* const* arguments, int& outStatus)
+{
+    Options options;
+    std::string size = "1024x768";
+    std::string dataDirectory = defaultDataRoot();
+
+    CLI::App parser("Fly through a small courtyard, drawn with xum-engine.", "xum-game");
+    parser.footer(footer);
+    CLI::Option* frames = parser.add_option("--frames", options.frames,
+                                            "Unattended: fly a fixed path for so many frames of 1/60 second, then "
+                                            "write the picture of the last one");
+    frames->type_name("N")->check(CLI::Range(1, 1000000));
+    parser
+        .add_option("--screenshot", options.pictureFile,
+                    "The picture that --frames writes (" + options.pictureFile + ")")
+        ->type_name("FILE")
+        ->check(checkPictureFile)
+        ->needs(frames);
+    parser.add_option("--size", size, "The window's size in pixels (" + size + ")")->type_name("WxH")->check(checkSize);
+    parser
+        .add_option("--data", dataDirectory, "The directory that holds shaders/ and textures/ (" + dataDirectory + ")")
+        ->type_name("DIR");
+    parser.add_flag("--wireframe", options.startsAsWireframe, "Start with edges only");
+
+    try {
+        parser.parse(argumentCount, arguments);
+    } catch (const CLI::ParseError& stop) {
+        const bool isHelp = stop.get_exit_code() == 0;
+        outStatus = static_cast<int>(isHelp ? ExitStatus::Success : ExitStatus::WrongArguments);
+        parser.exit(stop);
+        return std::nullopt;
+    }
+    std::sscanf(size.c_str(), "%5dx%5d", &options.size.x, &options.size.y);
+    options.dataDirectory = asDirectory(dataDirectory);
+    return options;
+}

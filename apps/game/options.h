@@ -1,0 +1,21 @@
+#pragma once
+
+#include <xum/geometry/vector.h>
+
+#include <optional>
+#include <string>
+
+/// The command line.
+struct Options {
+    int frames = 0; ///< above 0: draw so many frames unattended, then write the picture
+    std::string pictureFile = "xum-game.bmp";
+    std::string dataDirectory; ///< ends with '/'
+    Vector2<int> size = {1024, 768};
+    bool startsAsWireframe = false;
+
+    bool isUnattended() const { return frames > 0; }
+};
+
+/// Reads the command line. When there is nothing to play (--help, --version or a wrong argument) it has written what
+/// the user should see, and returns nothing and the exit status in `outStatus`.
+std::optional<Options> readOptions(int argumentCount, const char* const* arguments, int& outStatus);

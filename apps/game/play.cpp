@@ -1,0 +1,152 @@
+#include "play.h"
+
+#include "failure.h"
+#include "flight.h"
+#include "picture.h"
+#include "title.h"
+
+#include <xum/devices/input_device.h>
+#include <xum/engine/window.h>
+#include <xum/render/image.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+namespace {
+
+/// A key that does something once each time it goes down, however long it is held: the keyboard repeats it.
+class Switch {
+public:
+    explicit Switch(int key) : key(key) {}
+
+    bool isThrown(InputDevice& input)
+    {
+        const bool isThrown = input.wasPressed(key) && !wasDown;
+        wasDown = input.isDown(key);
+        return isThrown;
+    }
+
+private:
+    int key;
+    bool wasDown = false;
+};
+
+/// A player's session.
+class Session {
+public:
+    Session(Application& application, SceneRenderer& renderer, const Options& options)
+        : application(application), renderer(renderer), input(application.getInput()), flight(input),
+          camera(cameraOnFixedPath(0.0f)), isWireframe(options.startsAsWireframe),
+          escape(input.getKeyFromName("Escape")), fullscreenKey(input.getKeyFromName("F11")),
+          wireframeKey(input.getKeyFromName("Tab"))
+    {}
+
+    void run()
+    {
+        Engine& engine = application.getEngine();
+        uint64 lastTime = 0;
+        while (engine.update() && !input.wasPressed(escape)) {
+            if (!handleWindowEvents()) return;
+            const uint64 time = engine.getTime();
+            handleSwitches();
+            // A long pause, such as a window being dragged, must not throw the camera far away.
+            flight.move(camera, std::min(static_cast<float>(time - lastTime) / 1000.0f, 0.1f));
+            lastTime = time;
+            drawFrame(time);
+        }
+    }
+
+private:
+    /// False when the window is closed.
+    bool handleWindowEvents()
+    {
+        for (EngineEvent* event = application.getEngine().getEvents(); event != nullptr; event = event->getNext()) {
+            if (event->getType() == EngineEventType::WindowClosed) return false;
+            if (event->getType() == EngineEventType::WindowMinimized) isMinimized = true;
+            if (event->getType() == EngineEventType::WindowRestored) isMinimized = false;
+        }
+        return true;
+    }
+
+    void handleSwitches()
+    {
+        if (wireframeKey.isThrown(input) | wireframeButton.isThrown(input)) isWireframe = !isWireframe;
+        if (mouseKey.isThrown(input)) flight.setMouseCaught(!flight.isMouseCaught());
+        if (fullscreenKey.isThrown(input)) {
+            isFullscreen = !isFullscreen;
+            application.getWindow().setFullscreen(isFullscreen);
+        }
+        if (pictureKey.isThrown(input)) savePicture();
+    }
+
+    void savePicture()
+    {
+        try {
+            const std::string fileName = findFreePictureName();
+            const auto picture = takePicture(application.getRenderDevice(), renderer, application.getWindow().getSize(),
+                                             camera, getStyle());
+            writePicture(*picture, fileName);
+            std::printf("wrote %s\n", fileName.c_str());
+            std::fflush(stdout);
+        } catch (const Failure& failure) {
+            std::fprintf(stderr, "xum-game: %s\n", failure.what()); // no reason to stop playing
+        }
+    }
+
+    void drawFrame(uint64 time)
+    {
+        Window& window = application.getWindow();
+        if (isMinimized) { // nobody looks, and the swap may not wait for the screen
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            return;
+        }
+        renderer.draw(nullptr, window.getSize(), camera, getStyle());
+        application.getRenderDevice().swap(&window);
+        if (title.countFrame(time)) window.setTitle(title.getTitle());
+    }
+
+    DrawStyle getStyle() const { return isWireframe ? DrawStyle::Edges : DrawStyle::Solids; }
+
+    Application& application;
+    SceneRenderer& renderer;
+    InputDevice& input;
+    PilotedFlight flight;
+    Camera camera;
+    FrameRateTitle title = FrameRateTitle("xum-game");
+    bool isWireframe;
+    bool isFullscreen = false;
+    bool isMinimized = false;
+    int escape;
+    Switch fullscreenKey;
+    Switch wireframeKey;
+    Switch wireframeButton = Switch(KeyCode::JoystickButton3);
+    Switch mouseKey = Switch('m');
+    Switch pictureKey = Switch('p');
+};
+
+} // namespace
+
+void play(Application& application, SceneRenderer& renderer, const Options& options)
+{
+    Session(application, renderer, options).run();
+}
+
+void runUnattended(Application& application, SceneRenderer& renderer, const Options& options)
+{
+    constexpr float frameTime = 1.0f / 60.0f;
+    const DrawStyle style = options.startsAsWireframe ? DrawStyle::Edges : DrawStyle::Solids;
+    Window& window = application.getWindow();
+    RenderDevice& device = application.getRenderDevice();
+    Camera camera;
+    for (int frame = 0; frame < options.frames; ++frame) {
+        if (!application.getEngine().update()) throw Failure(ExitStatus::PictureNotWritten, "stopped before the end");
+        camera = cameraOnFixedPath(static_cast<float>(frame) * frameTime);
+        renderer.draw(nullptr, window.getSize(), camera, style);
+        device.swap(&window);
+    }
+    // As large as asked for, whatever the screen made of the window.
+    writePicture(*takePicture(device, renderer, options.size, camera, style), options.pictureFile);
+    std::printf("drew %d frames, wrote %s\n", options.frames, options.pictureFile.c_str());
+}

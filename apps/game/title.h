@@ -1,0 +1,22 @@
+#pragma once
+
+#include <xum/engine/export.h>
+
+#include <string>
+
+/// The window's title with the number of frames per second, counted anew twice a second.
+class FrameRateTitle {
+public:
+    explicit FrameRateTitle(std::string name) : name(std::move(name)) {}
+
+    /// Counts a frame at a time of the engine clock. True when there is a new title to show.
+    bool countFrame(uint64 milliseconds);
+
+    std::string getTitle() const;
+
+private:
+    std::string name;
+    uint64 countedSince = 0;
+    unsigned int frameCount = 0;
+    unsigned int framesPerSecond = 0;
+};

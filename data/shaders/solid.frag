@@ -1,0 +1,77 @@
+#version 150
+
+// Sun with shadows, light from the sky and the ground, three lamps, and haze in the distance.
+
+const int lampCount = 3;
+
+in vec3 worldPosition;
+in vec3 worldNormal;
+in vec3 shadowPosition;
+in vec2 surfaceCoordinate;
+
+uniform sampler2D surface;
+uniform sampler2D shadowMap;
+uniform vec3 tint;
+uniform float specular;
+uniform float shininess;
+uniform float glow;
+
+uniform vec3 eye;
+uniform vec3 sunDirection; // towards the sun
+uniform vec3 sunColor;
+uniform vec3 skyLight;
+uniform vec3 groundLight;
+uniform vec3 hazeColor;
+uniform vec3 lampColor;
+uniform vec3 lampPositions[lampCount];
+
+out vec4 color;
+
+vec3 toDisplay(vec3 light);
+
+// How much of the sun arrives: nine looks at the shadow map, which hold the distance of the surface nearest to the sun.
+float sunlight()
+{
+    if (any(lessThan(shadowPosition, vec3(0.0))) || any(greaterThan(shadowPosition, vec3(1.0)))) return 1.0;
+    vec2 texel = 1.0 / vec2(textureSize(shadowMap, 0));
+    const float slack = 0.0004;
+    float lit = 0.0;
+    for (int y = -1; y <= 1; ++y)
+        for (int x = -1; x <= 1; ++x)
+            lit += step(shadowPosition.z - slack, texture(shadowMap, shadowPosition.xy + texel * vec2(x, y)).r);
+    return lit / 9.0;
+}
+
+void main()
+{
+    vec3 normal = normalize(worldNormal);
+    vec3 toEye = eye - worldPosition;
+    float distance = length(toEye);
+    toEye /= distance;
+    vec3 base = pow(texture(surface, surfaceCoordinate).rgb, vec3(2.2)) * tint;
+
+    vec3 diffuse = mix(groundLight, skyLight, normal.z * 0.5 + 0.5);
+    vec3 shine = vec3(0.0);
+
+    float facing = max(dot(normal, sunDirection), 0.0);
+    if (facing > 0.0) {
+        float lit = sunlight();
+        diffuse += sunColor * (facing * lit);
+        shine += sunColor * (lit * pow(max(dot(normal, normalize(sunDirection + toEye)), 0.0), shininess));
+    }
+
+    for (int i = 0; i < lampCount; ++i) {
+        vec3 toLamp = lampPositions[i] - worldPosition;
+        float squared = dot(toLamp, toLamp);
+        toLamp *= inversesqrt(squared);
+        vec3 arriving = lampColor / (1.0 + squared);
+        diffuse += arriving * max(dot(normal, toLamp), 0.0);
+        shine += arriving * pow(max(dot(normal, normalize(toLamp + toEye)), 0.0), shininess);
+    }
+
+    // A smooth surface mirrors the sky at grazing angles.
+    float grazing = pow(1.0 - max(dot(normal, toEye), 0.0), 5.0);
+    vec3 light = base * (diffuse + glow) + specular * (shine + skyLight * grazing * 2.0);
+    float haze = 1.0 - exp(-max(distance - 30.0, 0.0) * 0.007);
+    color = vec4(toDisplay(mix(light, hazeColor, haze)), 1.0);
+}

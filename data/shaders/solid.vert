@@ -1,0 +1,40 @@
+#version 150
+
+// The lit solids of the demo. All matrices arrive transposed: the vector stands on the left.
+
+in vec3 position;
+in vec2 textureCoordinate;
+in vec3 normal;
+
+uniform mat4 world;
+uniform mat3 normalMatrix;
+uniform mat4 viewProjection;
+uniform mat4 shadowProjection;
+uniform vec3 textureRepeat; // along the solid's own x, y and z
+
+const float shadowLift = 0.05;
+
+out vec3 worldPosition;
+out vec3 worldNormal;
+out vec3 shadowPosition;
+out vec2 surfaceCoordinate;
+
+// A face repeats the texture along its own two sides, so that bricks are equally large on all sides of a wall.
+vec2 repeatsOfFace()
+{
+    vec3 facing = abs(normal);
+    if (facing.z > facing.x && facing.z > facing.y) return textureRepeat.xy;
+    return facing.x > facing.y ? textureRepeat.yz : textureRepeat.xz;
+}
+
+void main()
+{
+    vec4 placed = vec4(position, 1.0) * world;
+    worldPosition = placed.xyz;
+    worldNormal = normal * normalMatrix;
+    // Looked up a little above the surface, or slanting light would make it shade itself.
+    vec4 lifted = placed + vec4(normalize(worldNormal) * shadowLift, 0.0);
+    shadowPosition = (lifted * shadowProjection).xyz * 0.5 + 0.5;
+    surfaceCoordinate = textureCoordinate * repeatsOfFace();
+    gl_Position = placed * viewProjection;
+}
