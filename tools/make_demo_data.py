@@ -106,7 +106,8 @@ def paving():
 
 def limestone():
     """Pale stone in faint, uneven layers with small pits."""
-    layers, grain, pits = Cloud("limestone layers", 2, 12), Cloud("limestone grain", 32), Noise("limestone pits", 64, 64)
+    layers, grain = Cloud("limestone layers", 2, 12), Cloud("limestone grain", 32)
+    pits = Noise("limestone pits", 64, 64)
 
     def color_at(u, v):
         layer = layers(u, v)
