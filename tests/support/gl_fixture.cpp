@@ -1,5 +1,7 @@
 #include "gl_fixture.h"
 
+#include "message_boxes.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -79,6 +81,7 @@ GLint getTextureLevelParameter(GLenum parameter)
 
 void GLTest::SetUp()
 {
+    shownMessageBoxes().clear();
     engine = initEngine(false);
     ASSERT_NE(engine, nullptr);
     window = engine->createWindow("Test", 64, 48, false, false);
