@@ -1,5 +1,6 @@
 #include "engine_fixtures.h"
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -87,6 +88,19 @@ TEST_F(EngineImplementation, quitEndsTheFrameAtOnceAndLeavesTheRestQueued)
     EXPECT_EQ(eventTypes(), Types{EngineEventType::WindowRestored});
     EXPECT_EQ(changedKeys(), "97: down\n98: pressed down\n");
 }
+
+#ifndef _WIN32
+TEST_F(EngineImplementation, frameAfterAQuitFromTheSystemIsAWholeOne)
+{
+    std::raise(SIGTERM); // becomes a quit while the frame polls, not before
+    EXPECT_FALSE(engine->update());
+    pushKeyDown(SDLK_a);
+    pushWindowEvent(SDL_WINDOWEVENT_MINIMIZED);
+    EXPECT_TRUE(engine->update());
+    EXPECT_EQ(changedKeys(), "97: pressed down\n");
+    EXPECT_EQ(eventTypes(), Types{EngineEventType::WindowMinimized});
+}
+#endif
 
 TEST_F(EngineImplementation, closingAndQuittingInOneFrameYieldsBoth)
 {

@@ -29,7 +29,10 @@ bool EngineImplementation::update()
     beginFrame();
     SDL_Event event;
     while (SDL_PollEvent(&event) != 0) {
-        if (event.type == SDL_QUIT) return false;
+        if (event.type == SDL_QUIT) {
+            SDL_FlushEvent(SDL_POLLSENTINEL); // SDL's mark of where this poll ends: it would cut the next one short
+            return false;
+        }
         EngineEventType::Type type;
         if (translateEvent(event, type)) events.emplace_back(type);
     }
