@@ -86,23 +86,40 @@ void GLTest::SetUp()
     ASSERT_NE(engine, nullptr);
     window = engine->createWindow("Test", 64, 48, false, false);
     ASSERT_NE(window, nullptr);
+    makeDevice();
+}
+
+void GLTest::TearDown()
+{
+    if (engine == nullptr) return;
+    destroyDevice();
+    engine->destroyWindow(window);
+    shutdownEngine(engine);
+}
+
+void GLTest::renewDevice()
+{
+    destroyDevice();
+    makeDevice();
+}
+
+void GLTest::makeDevice()
+{
     device = engine->createRenderDevice(window, "OpenGL");
     ASSERT_NE(device, nullptr) << "no OpenGL context could be made";
     ASSERT_EQ(glGetError(), GLenum{GL_NO_ERROR}) << "left behind by the creation of the device";
 }
 
-void GLTest::TearDown()
+void GLTest::destroyDevice()
 {
-    if (device != nullptr) {
-        EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}) << "left behind by the test";
-        for (; !cleanUps.empty(); cleanUps.pop_back()) cleanUps.back()();
-        EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}) << "left behind by the destruction of resources";
-    }
-    if (engine != nullptr) {
-        engine->destroyRenderDevice(device);
-        engine->destroyWindow(window);
-    }
-    shutdownEngine(engine);
+    if (device == nullptr) return;
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}) << "left behind by the test";
+    for (; !cleanUps.empty(); cleanUps.pop_back()) cleanUps.back()();
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}) << "left behind by the destruction of resources";
+    engine->destroyRenderDevice(device);
+    device = nullptr;
+    plainProgram = nullptr;
+    square = nullptr;
 }
 
 RenderTarget* GLTest::makeTarget(const std::list<TextureFormat>& formats)

@@ -55,6 +55,9 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
+    /// Destroys all resources and the device and makes a new device on the window.
+    void renewDevice();
+
     /// A target of size x size, bound, covered by the viewport and cleared.
     RenderTarget* makeTarget(const std::list<TextureFormat>& formats = {rgba8});
 
@@ -110,6 +113,9 @@ protected:
     RenderDevice* device = nullptr;
 
 private:
+    void makeDevice();
+    void destroyDevice();
+
     std::vector<std::function<void()>> cleanUps;
     Program* plainProgram = nullptr;
     VertexBuffer* square = nullptr;
