@@ -12,7 +12,7 @@ namespace {
 Engine* startEngine()
 {
     if (Engine* engine = initEngine(false)) return engine;
-    setEnvironment("SDL_AUDIODRIVER", "dummy");
+    setEnvironmentVariable("SDL_AUDIODRIVER", "dummy");
     if (Engine* engine = initEngine(false)) return engine;
     throw Failure(ExitStatus::NoGraphics, "the engine does not start: no usable video driver");
 }

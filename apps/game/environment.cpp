@@ -2,7 +2,7 @@
 
 #include <stdlib.h> // setenv is not in namespace std
 
-void setEnvironment(const char* name, const char* value)
+void setEnvironmentVariable(const char* name, const char* value)
 {
 #ifdef _WIN32
     _putenv_s(name, value);

@@ -1,4 +1,4 @@
 #pragma once
 
 /// Sets a variable of this process's environment, which the libraries below read when they start.
-void setEnvironment(const char* name, const char* value);
+void setEnvironmentVariable(const char* name, const char* value);

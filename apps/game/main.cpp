@@ -13,7 +13,7 @@ namespace {
 
 void run(const Options& options)
 {
-    if (options.isUnattended()) setEnvironment("XUM_MESSAGE_BOXES", "0"); // nobody is there to close a box
+    if (options.isUnattended()) setEnvironmentVariable("XUM_MESSAGE_BOXES", "0"); // nobody is there to close a box
     Application application("xum-game", options.size);
     const Assets assets(application.getRenderDevice(), options.dataDirectory);
     SceneRenderer renderer(application.getRenderDevice(), assets, makeCourtyard());

@@ -1,0 +1,231 @@
+#include "compare_pictures.h"
+#include "run_program.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+// Runs the game as its users do.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+ProgramRun runGame(const std::string& arguments)
+{
+    return runProgram(XUM_GAME_PROGRAM, arguments);
+}
+
+bool contains(const std::string& text, const std::string& part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+/// A copy of the data that a test may damage; its directory is data/.
+class GameWithItsOwnData : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        fs::remove_all("data");
+        fs::copy(XUM_DATA_DIRECTORY, "data", fs::copy_options::recursive);
+    }
+
+    void expectBrokenData(const std::string& message)
+    {
+        const ProgramRun run = runGame("--frames 1 --size 32x32 --data data --screenshot none.bmp");
+        EXPECT_EQ(run.status, 3);
+        EXPECT_TRUE(contains(run.errors, message)) << run.errors;
+        EXPECT_FALSE(fs::exists("none.bmp"));
+    }
+};
+
+} // namespace
+
+TEST(Game, drawsTheGoldenPicture)
+{
+    const std::string actual = XUM_RESULT_DIRECTORY "/game-actual.bmp";
+    const ProgramRun run = runGame(XUM_GOLDEN_ARGUMENTS " --screenshot \"" + actual + "\"");
+    ASSERT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output, "drew 30 frames, wrote " + actual + "\n");
+
+    const PictureDifference difference =
+        comparePictures(actual, XUM_GOLDEN_PICTURE, XUM_RESULT_DIRECTORY "/game-difference.bmp");
+    ASSERT_TRUE(difference.areComparable) << actual << " and " << XUM_GOLDEN_PICTURE;
+    EXPECT_LE(difference.mean, 0.5) << "see game-difference.bmp beside " << actual;
+    EXPECT_LE(difference.maximum, 64) << "see game-difference.bmp beside " << actual;
+}
+
+TEST(Game, unattendedRunDrawsTheSamePictureEachTime)
+{
+    ASSERT_EQ(runGame("--frames 3 --size 64x48 --screenshot a.bmp").status, 0);
+    ASSERT_EQ(runGame("--frames 3 --size 64x48 --screenshot b.bmp").status, 0);
+    EXPECT_EQ(fileContents("a.bmp").size(), fileContents("b.bmp").size());
+    EXPECT_EQ(comparePictures("a.bmp", "b.bmp", "difference.bmp").maximum, 0);
+}
+
+TEST(Game, cameraOfAnUnattendedRunMoves)
+{
+    ASSERT_EQ(runGame("--frames 1 --size 64x48 --screenshot a.bmp").status, 0);
+    ASSERT_EQ(runGame("--frames 60 --size 64x48 --screenshot b.bmp").status, 0);
+    EXPECT_GT(comparePictures("a.bmp", "b.bmp", "difference.bmp").mean, 1);
+}
+
+TEST(Game, wireframeDrawsOtherThanSolids)
+{
+    ASSERT_EQ(runGame("--frames 1 --size 64x48 --screenshot a.bmp").status, 0);
+    ASSERT_EQ(runGame("--frames 1 --size 64x48 --screenshot b.bmp --wireframe").status, 0);
+    EXPECT_GT(comparePictures("a.bmp", "b.bmp", "difference.bmp").mean, 10);
+}
+
+TEST(Game, unattendedRunWithoutAFileNameWritesXumGameBmp)
+{
+    ASSERT_EQ(runGame("--frames 1 --size 16x16").status, 0);
+    EXPECT_TRUE(fs::exists("xum-game.bmp"));
+}
+
+TEST(Game, smallestWindowWorks)
+{
+    ASSERT_EQ(runGame("--frames 2 --size 1x1 --screenshot one.bmp").status, 0);
+    EXPECT_TRUE(comparePictures("one.bmp", "one.bmp", "difference.bmp").areComparable);
+}
+
+TEST(Game, helpNamesOptionsKeysAndExitStatuses)
+{
+    const ProgramRun run = runGame("--help");
+    EXPECT_EQ(run.status, 0);
+    for (const char* part : {"--frames", "--screenshot", "--size", "--data", "Escape", "XUM_MESSAGE_BOXES=0",
+                             "Exit status", "  2    wrong arguments", "  5    the picture"})
+        EXPECT_TRUE(contains(run.output, part)) << part;
+}
+
+TEST(Game, wrongArgumentsAreRefused)
+{
+    for (const char* arguments :
+         {"--nonsense", "--frames", "--frames 0", "--frames many", "--frames 1 --size 12", "--frames 1 --size 0x5",
+          "--frames 1 --size 10x20x30", "--frames 1 --size 9000x5", "--frames 1 --screenshot a.png",
+          "--frames 1 --screenshot .bmp", "--screenshot a.bmp", "leftover"}) {
+        const ProgramRun run = runGame(arguments);
+        EXPECT_EQ(run.status, 2) << arguments;
+        EXPECT_FALSE(run.errors.empty()) << arguments;
+    }
+}
+
+TEST(Game, wrongArgumentIsNamed)
+{
+    EXPECT_TRUE(contains(runGame("--frames 1 --size 12").errors, "--size: is not a size such as 1024x768"));
+    EXPECT_TRUE(contains(runGame("--frames 1 --screenshot a.png").errors, "must be a file name that ends with .bmp"));
+}
+
+TEST(Game, missingDataDirectoryIsNamed)
+{
+    const ProgramRun run = runGame("--frames 1 --data nowhere");
+    EXPECT_EQ(run.status, 3);
+    EXPECT_TRUE(contains(run.errors, "xum-game: there is no data directory nowhere/ (choose another with --data)\n"))
+        << run.errors;
+}
+
+TEST(Game, unwritablePictureIsNamed)
+{
+    const ProgramRun run = runGame("--frames 1 --size 16x16 --screenshot nowhere/a.bmp");
+    EXPECT_EQ(run.status, 5);
+    EXPECT_TRUE(contains(run.errors, "xum-game: cannot write the picture nowhere/a.bmp\n")) << run.errors;
+}
+
+TEST(Game, directoryInPlaceOfThePictureIsRefused)
+{
+    fs::create_directory("directory.bmp");
+    EXPECT_EQ(runGame("--frames 1 --size 16x16 --screenshot directory.bmp").status, 5);
+}
+
+#ifndef _WIN32
+TEST(Game, windowWithoutOpenGLIsRefused)
+{
+    const ProgramRun run = runProgram("/usr/bin/env", "SDL_VIDEODRIVER=dummy \"" XUM_GAME_PROGRAM "\" --frames 1");
+    EXPECT_EQ(run.status, 4);
+    EXPECT_TRUE(contains(run.errors, "xum-game: no window with OpenGL can be opened\n")) << run.errors;
+}
+
+TEST(Game, unknownVideoDriverIsRefused)
+{
+    const ProgramRun run = runProgram("/usr/bin/env", "SDL_VIDEODRIVER=nosuch \"" XUM_GAME_PROGRAM "\" --frames 1");
+    EXPECT_EQ(run.status, 4);
+    EXPECT_TRUE(contains(run.errors, "xum-game: the engine does not start: no usable video driver\n")) << run.errors;
+}
+
+TEST(Game, playsOnWithoutSound)
+{
+    const ProgramRun run =
+        runProgram("/usr/bin/env", "SDL_AUDIODRIVER=nosuch \"" XUM_GAME_PROGRAM "\" --frames 1 --size 16x16");
+    EXPECT_EQ(run.status, 0) << run.errors;
+}
+
+TEST(Game, fullDiskIsRefused)
+{
+    if (!fs::exists("/dev/full")) GTEST_SKIP();
+    fs::create_symlink("/dev/full", "full.bmp");
+    EXPECT_EQ(runGame("--frames 1 --size 16x16 --screenshot full.bmp").status, 5);
+}
+#endif
+
+TEST_F(GameWithItsOwnData, dataDirectoryComesWithOrWithoutASlash)
+{
+    EXPECT_EQ(runGame("--frames 1 --size 16x16 --data data").status, 0);
+    EXPECT_EQ(runGame("--frames 1 --size 16x16 --data data/").status, 0);
+}
+
+TEST_F(GameWithItsOwnData, missingShaderIsNamed)
+{
+    fs::remove("data/shaders/sky.vert");
+    expectBrokenData("xum-game: cannot read the file data/shaders/sky.vert\n");
+}
+
+TEST_F(GameWithItsOwnData, directoryInPlaceOfAShaderIsNamed)
+{
+    fs::remove("data/shaders/sky.vert");
+    fs::create_directory("data/shaders/sky.vert");
+    expectBrokenData("xum-game: cannot read the file data/shaders/sky.vert\n");
+}
+
+TEST_F(GameWithItsOwnData, shaderThatDoesNotCompileIsNamedWithTheCompilersWords)
+{
+    writeFileContents("data/shaders/flat.frag", "#version 150\nout vec4 color;\nvoid main() { color = nonsense; }\n");
+    expectBrokenData("xum-game: the shaders data/shaders/flat.vert, data/shaders/flat.frag do not compile");
+    EXPECT_TRUE(contains(fileContents("run-errors.txt"), "Warning: data/shaders/flat.frag\n"));
+    EXPECT_TRUE(contains(fileContents("run-errors.txt"), "nonsense"));
+}
+
+TEST_F(GameWithItsOwnData, emptyShaderIsNoticed)
+{
+    writeFileContents("data/shaders/solid.vert", "");
+    expectBrokenData("data/shaders/solid.vert, data/shaders/solid.frag, data/shaders/display.frag do not compile");
+}
+
+TEST_F(GameWithItsOwnData, shadersThatDoNotFitTogetherAreNoticed)
+{
+    writeFileContents("data/shaders/display.frag", "#version 150\nvec3 toScreen(vec3 light) { return light; }\n");
+    expectBrokenData("do not compile or do not fit together; log.txt says why\n");
+}
+
+TEST_F(GameWithItsOwnData, missingTextureIsNamed)
+{
+    fs::remove("data/textures/brick.png");
+    expectBrokenData("xum-game: cannot read the file data/textures/brick.png\n");
+}
+
+TEST_F(GameWithItsOwnData, truncatedPngIsNamed)
+{
+    fs::resize_file("data/textures/brick.png", 1000);
+    expectBrokenData("xum-game: cannot decode the picture data/textures/brick.png\n");
+}
+
+TEST_F(GameWithItsOwnData, headlessJpegIsNamed)
+{
+    fs::resize_file("data/textures/grass.jpg", 40);
+    expectBrokenData("xum-game: cannot decode the picture data/textures/grass.jpg\n");
+}
+
+TEST_F(GameWithItsOwnData, textInPlaceOfAPictureIsNamed)
+{
+    writeFileContents("data/textures/wood.png", "a board");
+    expectBrokenData("xum-game: cannot decode the picture data/textures/wood.png\n");
+}

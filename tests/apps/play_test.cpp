@@ -1,0 +1,142 @@
+#include "play.h"
+
+#include "compare_pictures.h"
+#include "pushed_events.h"
+
+#include <xum/engine/window.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+// The frame loop with a player, who is played by events in SDL's queue. A first frame sees those that were there at the
+// start; a timer ends the loop after some frames, how many does not matter.
+
+namespace {
+
+Uint32 quitLater(Uint32 /*interval*/, void* /*nothing*/)
+{
+    pushEvent(SDL_QUIT);
+    return 0;
+}
+
+class Play : public ::testing::Test {
+protected:
+    Options options = [] {
+        Options small;
+        small.size = {80, 60};
+        return small;
+    }();
+    Application application = Application("play", options.size);
+    Assets assets = Assets(application.getRenderDevice(), XUM_DATA_DIRECTORY "/");
+    SceneRenderer renderer = SceneRenderer(application.getRenderDevice(), assets, makeCourtyard());
+
+    void playForAWhile()
+    {
+        SDL_AddTimer(300, quitLater, nullptr);
+        play(application, renderer, options);
+    }
+};
+
+} // namespace
+
+TEST_F(Play, escapeEndsTheGame)
+{
+    pushKeyDown(SDLK_ESCAPE);
+    play(application, renderer, options);
+}
+
+TEST_F(Play, closingTheWindowEndsTheGame)
+{
+    pushWindowEvent(SDL_WINDOWEVENT_CLOSE);
+    play(application, renderer, options);
+}
+
+TEST_F(Play, quitEndsTheGame)
+{
+    pushEvent(SDL_QUIT);
+    play(application, renderer, options);
+}
+
+TEST_F(Play, pWritesOnePictureHoweverLongItIsHeld)
+{
+    pushKeyDown('p');
+    pushKey(SDL_KEYDOWN, 'p', true);
+    SDL_AddTimer(
+        100, [](Uint32, void*) -> Uint32 { return pushKey(SDL_KEYDOWN, 'p', true), 0; }, nullptr);
+    playForAWhile();
+    EXPECT_TRUE(std::filesystem::exists("screenshot-001.bmp"));
+    EXPECT_FALSE(std::filesystem::exists("screenshot-002.bmp"));
+    std::filesystem::remove("screenshot-001.bmp");
+}
+
+TEST_F(Play, picturesAreNumberedOn)
+{
+    for (const char* name : {"screenshot-001.bmp", "screenshot-002.bmp"}) {
+        pushKeyDown('p');
+        pushKeyUp('p');
+        playForAWhile();
+        EXPECT_TRUE(std::filesystem::exists(name)) << name;
+    }
+    EXPECT_EQ(comparePictures("screenshot-001.bmp", "screenshot-002.bmp", "difference.bmp").maximum, 0);
+}
+
+TEST_F(Play, tabAndTheFourthJoystickButtonSwitchToEdgesAndBack)
+{
+    std::filesystem::remove("screenshot-001.bmp");
+    std::filesystem::remove("screenshot-002.bmp");
+    std::filesystem::remove("screenshot-003.bmp");
+    const auto takePicture = [&] {
+        pushKeyDown('p');
+        pushKeyUp('p');
+        playForAWhile();
+        pushKeyUp(SDLK_TAB);
+        pushJoystickButton(SDL_JOYBUTTONUP, 3);
+    };
+    takePicture();
+    pushKeyDown(SDLK_TAB);
+    takePicture();
+    pushJoystickButton(SDL_JOYBUTTONDOWN, 3);
+    takePicture();
+    EXPECT_GT(comparePictures("screenshot-001.bmp", "screenshot-002.bmp", "difference.bmp").mean, 10);
+    EXPECT_EQ(comparePictures("screenshot-002.bmp", "screenshot-003.bmp", "difference.bmp").maximum, 0);
+}
+
+TEST_F(Play, f11SwitchesToFullScreen)
+{
+    pushKeyDown(SDLK_F11);
+    pushKeyUp(SDLK_F11);
+    playForAWhile();
+    EXPECT_NE(SDL_GetWindowFlags(application.getWindow().getHandle()) & SDL_WINDOW_FULLSCREEN, 0u);
+}
+
+TEST_F(Play, titleTellsTheFrameRate)
+{
+    SDL_AddTimer(1200, quitLater, nullptr);
+    play(application, renderer, options);
+    EXPECT_NE(application.getWindow().getTitle().find("xum-game - "), std::string::npos);
+    EXPECT_NE(application.getWindow().getTitle().find(" frames per second"), std::string::npos);
+}
+
+TEST_F(Play, minimisedAndRestoredWindowGoesOn)
+{
+    pushWindowEvent(SDL_WINDOWEVENT_MINIMIZED);
+    playForAWhile();
+    pushWindowEvent(SDL_WINDOWEVENT_MINIMIZED);
+    pushWindowEvent(SDL_WINDOWEVENT_RESTORED);
+    playForAWhile();
+}
+
+TEST_F(Play, windowOfAnySizeIsDrawn)
+{
+    for (const int side : {1, 300}) {
+        SDL_SetWindowSize(application.getWindow().getHandle(), side, 2 * side);
+        playForAWhile();
+    }
+}
+
+TEST_F(Play, nothingIsDrawnIntoAWindowWithoutPixels)
+{
+    renderer.draw(nullptr, {0, 0}, Camera(), DrawStyle::Solids);
+    renderer.draw(nullptr, {0, 10}, Camera(), DrawStyle::Edges);
+}
