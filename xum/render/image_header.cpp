@@ -131,7 +131,7 @@ bool isJpegBelievable(SDL_RWops* source, std::int64_t fileSize)
             const std::int64_t height = bigEndian16(segment + 5);
             const std::int64_t width = bigEndian16(segment + 7);
             if (isTooLargeToDecode(width, height)) return false;
-            return !isHuffmanCoded(segment[1]) || width * height / (64 * 8) <= fileSize;
+            return !isHuffmanCoded(segment[1]) || width * height / 64 / 8 <= fileSize;
         }
         position += 2 + bigEndian16(segment + 2);
     }
