@@ -3,7 +3,9 @@
 #include <xum/engine/clipboard.h>
 #include <xum/engine/file_listing.h>
 
-#define NOMINMAX
+#ifndef NOMINMAX // GCC's library defines it
+#    define NOMINMAX
+#endif
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
