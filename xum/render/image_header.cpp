@@ -39,6 +39,29 @@ struct Header {
     std::int64_t fileSize = 0;
 };
 
+/// A source seen through a buffer, so that many short chunks do not cost a seek each.
+class BufferedSource {
+public:
+    explicit BufferedSource(SDL_RWops* source) : source(source) {}
+
+    /// `count` bytes at the position, at most 16; null where the source holds fewer.
+    const unsigned char* at(std::int64_t position, std::int64_t count)
+    {
+        if (position < start || position + count > start + size) {
+            if (SDL_RWseek(source, position, RW_SEEK_SET) < 0) return nullptr;
+            start = position;
+            size = static_cast<std::int64_t>(SDL_RWread(source, buffer, 1, sizeof buffer));
+        }
+        return count <= size - (position - start) ? buffer + (position - start) : nullptr;
+    }
+
+private:
+    SDL_RWops* source;
+    std::int64_t start = 0;
+    std::int64_t size = 0;
+    unsigned char buffer[4096] = {};
+};
+
 bool isPng(const Header& header)
 {
     return std::memcmp(header.bytes, "\x89PNG\r\n\x1A\n", 8) == 0;
@@ -55,6 +78,22 @@ bool isPngBelievable(const Header& header)
     const std::int64_t channels = colorType < 7 ? channelsOfColorType[colorType] : 0;
     const std::int64_t bits = width * channels * header.bytes[24];
     return (bits / 8) * height / 1032 <= header.fileSize;
+}
+
+/// Whether the chunks up to the last one lie inside the file, the first being the header whose size is judged above.
+/// The decoder does not notice the end of a file: it goes on with what it read last, possibly for ever.
+bool arePngChunksWhole(SDL_RWops* source, std::int64_t fileSize)
+{
+    BufferedSource file(source);
+    std::int64_t position = 8;
+    bool isFirst = true;
+    while (const unsigned char* chunk = file.at(position, 8)) {
+        if (isFirst && std::memcmp(chunk + 4, "IHDR", 4) != 0) return false;
+        isFirst = false;
+        position += 12 + std::int64_t{bigEndian32(chunk)};
+        if (std::memcmp(chunk + 4, "IEND", 4) == 0) return position <= fileSize;
+    }
+    return false;
 }
 
 bool isBmp(const Header& header)
@@ -93,47 +132,38 @@ bool isHuffmanCoded(int marker)
     return marker < 0xC8;
 }
 
-/// A source seen through a buffer, so that many short segments do not cost a seek each.
-class BufferedSource {
-public:
-    explicit BufferedSource(SDL_RWops* source) : source(source) {}
+/// Whether nothing belongs to a marker: it is stuffing, a temporary marker or a restart.
+bool isBareMarker(int marker)
+{
+    return marker == 0x00 || marker == 0x01 || (marker >= 0xD0 && marker <= 0xD7);
+}
 
-    /// `count` bytes at the position, at most 16; null where the source holds fewer.
-    const unsigned char* at(std::int64_t position, std::int64_t count)
-    {
-        if (position < start || position + count > start + size) {
-            if (SDL_RWseek(source, position, RW_SEEK_SET) < 0) return nullptr;
-            start = position;
-            size = static_cast<std::int64_t>(SDL_RWread(source, buffer, 1, sizeof buffer));
-        }
-        return count <= size - (position - start) ? buffer + (position - start) : nullptr;
-    }
+/// Without a frame before them, the decoder gives up at the start of a scan and at the end of the image.
+bool isLastMarker(int marker)
+{
+    return marker == 0xD9 || marker == 0xDA;
+}
 
-private:
-    SDL_RWops* source;
-    std::int64_t start = 0;
-    std::int64_t size = 0;
-    unsigned char buffer[4096] = {};
-};
-
-/// Walks the segments up to the frame header. A file without one is left to the decoder, which refuses it.
+/// Walks to the frame header as the decoder does: bytes between segments are skipped, and so is padding. A file without
+/// a frame is left to the decoder, which refuses it.
 bool isJpegBelievable(SDL_RWops* source, std::int64_t fileSize)
 {
     BufferedSource file(source);
     std::int64_t position = 2;
     while (const unsigned char* segment = file.at(position, 9)) {
-        if (segment[0] != 0xFF) return true;
-        if (segment[1] == 0xFF) { // padding before a marker
+        const int marker = segment[1];
+        if (segment[0] != 0xFF || marker == 0xFF) {
             ++position;
-            continue;
-        }
-        if (isFrameMarker(segment[1])) {
+        } else if (isFrameMarker(marker)) {
             const std::int64_t height = bigEndian16(segment + 5);
             const std::int64_t width = bigEndian16(segment + 7);
             if (isTooLargeToDecode(width, height)) return false;
-            return !isHuffmanCoded(segment[1]) || width * height / 64 / 8 <= fileSize;
+            return !isHuffmanCoded(marker) || width * height / (64 * 8) <= fileSize;
+        } else if (isLastMarker(marker)) {
+            return true;
+        } else {
+            position += isBareMarker(marker) ? 2 : 2 + bigEndian16(segment + 2);
         }
-        position += 2 + bigEndian16(segment + 2);
     }
     return true;
 }
@@ -152,7 +182,7 @@ bool isImageHeaderBelievable(SDL_RWops* source)
     header.fileSize = SDL_RWsize(source);
     if (header.fileSize < 0) return true; // a pipe: there is no length to hold the header against
     SDL_RWread(source, header.bytes, 1, sizeof header.bytes);
-    if (isPng(header)) return isPngBelievable(header);
+    if (isPng(header)) return isPngBelievable(header) && arePngChunksWhole(source, header.fileSize);
     if (isBmp(header)) return isBmpBelievable(header);
     if (isJpeg(header)) return isJpegBelievable(source, header.fileSize);
     return true;
