@@ -18,7 +18,7 @@ struct ByteLayout {
     int alpha; // -1: there is none, all pixels are opaque
 };
 
-/// False when a channel is not exactly one byte, or the format has a palette.
+/// False when a channel is not exactly one byte, the format has a palette, or there is alpha in only three bytes.
 bool findByteLayout(const SDL_PixelFormat& format, ByteLayout& out)
 {
     if (format.palette != nullptr || (format.BytesPerPixel != 3 && format.BytesPerPixel != 4)) return false;
@@ -30,6 +30,7 @@ bool findByteLayout(const SDL_PixelFormat& format, ByteLayout& out)
     out.red = byteOf(format.Rmask, format.Rshift, format.Rloss);
     out.green = byteOf(format.Gmask, format.Gshift, format.Gloss);
     out.blue = byteOf(format.Bmask, format.Bshift, format.Bloss);
+    if (format.BytesPerPixel == 3 && format.Amask != 0) return false;
     out.alpha = format.Amask == 0 ? -1 : byteOf(format.Amask, format.Ashift, format.Aloss);
     const bool isAlphaUnderstood = format.Amask == 0 || out.alpha >= 0;
     return out.red >= 0 && out.green >= 0 && out.blue >= 0 && isAlphaUnderstood;
