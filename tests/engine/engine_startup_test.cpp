@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -192,11 +193,8 @@ TEST_F(EngineStartup, engineCanBeStartedAgainAfterAShutdown)
     for (int i = 0; i < 3; ++i) {
         Engine* engine = initEngine(false);
         ASSERT_NE(engine, nullptr);
-        Window* window = engine->createWindow("A window", 64, 64, false, false);
-        EXPECT_NE(window->getHandle(), nullptr);
         EXPECT_TRUE(engine->update());
         EXPECT_EQ(engine->getTime(), 0u) << "the clock is the engine's own";
-        engine->destroyWindow(window);
         shutdownEngine(engine);
     }
 }
@@ -228,12 +226,18 @@ TEST_F(EngineStartup, gameThatDoesNotStartIsNull)
 
 TEST_F(EngineStartup, gameIsAnEngineAWindowAndTheInputDevice)
 {
+    const char* setting = SDL_getenv("SDL_VIDEODRIVER");
+    const std::string driver = setting != nullptr ? setting : "";
+    setEnvironment("SDL_VIDEODRIVER", "dummy"); // no OpenGL driver that a leak checker would complain of
     GameEngine* game = initGameEngine(true);
+    setEnvironment("SDL_VIDEODRIVER", driver.c_str());
     ASSERT_NE(game, nullptr);
     // What shutdown deliberately leaves over stays reachable for leak checkers.
-    static const std::vector<const void*> leftOver = {game->getWindow(), game->getSystemDevice(),
-                                                      game->getInputDevice()};
-    EXPECT_EQ(std::count(leftOver.begin(), leftOver.end(), nullptr), 0);
+    static const void* leftOver[3];
+    leftOver[0] = game->getWindow();
+    leftOver[1] = game->getSystemDevice();
+    leftOver[2] = game->getInputDevice();
+    EXPECT_EQ(std::count(std::begin(leftOver), std::end(leftOver), nullptr), 0);
     EXPECT_EQ(newLines(),
               (Lines{"Running editor.", "Engine initialized successfully.", "Input: found 0 joysticks/gamepads."}));
 

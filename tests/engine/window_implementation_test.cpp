@@ -144,6 +144,19 @@ TEST_F(WindowImplementation, destroyingItDestroysTheWindowOfTheSystem)
     EXPECT_EQ(SDL_GetWindowFromID(identifier), nullptr);
 }
 
+TEST_F(WindowImplementation, opensAgainAfterTheEngineWasStartedAgain)
+{
+    for (int i = 0; i < 2; ++i) {
+        open(false, false);
+        engine->destroyWindow(window);
+        window = nullptr;
+        shutdownEngine(engine);
+        engine = initEngine(false);
+        ASSERT_NE(engine, nullptr);
+    }
+    open(false, false);
+}
+
 TEST_F(WindowWithoutHandle, hasNoSizeAndNoTitle)
 {
     EXPECT_EQ(window->getHandle(), nullptr);
