@@ -18,6 +18,8 @@
 #include <xum/geometry/position.h>
 #include <xum/geometry/random.h>
 #include <xum/geometry/vector.h>
+#include <xum/lisp/script_host.h>
+#include <xum/lisp/scripting_device.h>
 #include <xum/render/image.h>
 #include <xum/render/program.h>
 #include <xum/render/render_device.h>

@@ -3,6 +3,7 @@
 #include <xum/devices/input_device_implementation.h>
 #include <xum/engine/log.h>
 #include <xum/engine/window_implementation.h>
+#include <xum/lisp/lisp_scripting_device.h>
 #include <xum/render/opengl/opengl_render_device.h>
 #include <xum/render/software_render_device.h>
 
@@ -103,10 +104,13 @@ void EngineImplementation::destroyNetworkDevice(NetworkDevice* /*device*/) {}
 
 ScriptingDevice* EngineImplementation::createScriptingDevice()
 {
-    return nullptr;
+    return make<LispScriptingDevice>();
 }
 
-void EngineImplementation::destroyScriptingDevice(ScriptingDevice* /*device*/) {}
+void EngineImplementation::destroyScriptingDevice(ScriptingDevice* device)
+{
+    delete static_cast<LispScriptingDevice*>(device);
+}
 
 Console* EngineImplementation::createConsole()
 {

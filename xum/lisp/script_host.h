@@ -1,0 +1,119 @@
+#pragma once
+
+#include <xum/engine/export.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+class ScriptingDevice;
+class ScriptCall;
+
+/// What a host adds to the script language: functions of its own, values in both directions, and where output goes.
+
+enum class ScriptValueType : int {
+    Nil,
+    Boolean,
+    Byte,
+    Integer,
+    Float,
+    String,
+    Keyword,
+    Symbol,
+    List,
+    Other, ///< an array, a hash table, a closure, a macro, or a type that a script defined: not visible to hosts
+};
+
+/// A copy of a script value. Lists that nest deeper than 200 come out as Other at that depth.
+class XUM_API ScriptValue {
+public:
+    ScriptValue() = default;
+    ScriptValue(bool value) : type(ScriptValueType::Boolean), integer(value ? 1 : 0) {}
+    ScriptValue(int value) : type(ScriptValueType::Integer), integer(value) {}
+    ScriptValue(std::int64_t value) : type(ScriptValueType::Integer), integer(value) {}
+    ScriptValue(double value) : type(ScriptValueType::Float), real(value) {}
+    ScriptValue(const char* value) : type(ScriptValueType::String), text(value) {}
+    ScriptValue(std::string value) : type(ScriptValueType::String), text(std::move(value)) {}
+    ScriptValue(std::vector<ScriptValue> values) : type(ScriptValueType::List), elements(std::move(values)) {}
+
+    /// A keyword, with its colon: ":red".
+    static ScriptValue keyword(std::string name);
+
+    ScriptValueType getType() const { return type; }
+
+    /// Of a Boolean, Byte or Integer; 0 for anything else.
+    std::int64_t getInteger() const { return integer; }
+    bool getBoolean() const { return integer != 0; }
+
+    /// Of a Float; 0 for anything else.
+    double getFloat() const { return real; }
+
+    /// Of a String, or the name of a Keyword or Symbol; empty for anything else.
+    const std::string& getString() const { return text; }
+
+    /// Of a List; empty for anything else.
+    const std::vector<ScriptValue>& getList() const { return elements; }
+
+private:
+    friend class ScriptValueAccess;
+
+    ScriptValueType type = ScriptValueType::Nil;
+    std::int64_t integer = 0;
+    double real = 0.0;
+    std::string text;
+    std::vector<ScriptValue> elements;
+};
+
+/// A call of a host's function: its checked arguments, counted from 0, and the value that it returns, :nil until one is
+/// set. Good during the call only. Asking for what an argument is not gives 0, false or an empty text.
+class XUM_API ScriptCall {
+public:
+    /// All arguments, those of a rest parameter included.
+    unsigned getArgumentCount() const;
+    ScriptValueType getType(unsigned argument) const;
+
+    std::int64_t getInteger(unsigned argument) const;
+    double getFloat(unsigned argument) const;
+    bool getBoolean(unsigned argument) const;
+
+    /// Of a string, keyword or symbol. The characters belong to the interpreter.
+    std::string_view getString(unsigned argument) const;
+
+    /// A copy of any argument, the way to lists.
+    ScriptValue getValue(unsigned argument) const;
+
+    void returnInteger(std::int64_t value);
+    void returnFloat(double value);
+    void returnBoolean(bool value);
+    void returnString(std::string_view value);
+    void returnValue(const ScriptValue& value);
+
+    /// The library's side of a call; only the library makes one.
+    struct State;
+    explicit ScriptCall(State& state) : state(state) {}
+
+private:
+    State& state;
+};
+
+/// A host's function. An exception that it throws ends the evaluation and passes on to whoever started it.
+using ScriptFunction = void (*)(ScriptCall& call, void* user);
+
+/// Adds a function to the language, as a constant of the root environment. Its arguments and its result are checked by
+/// the signature, such as "(:integer -> :string& -> :boolean)" with type variables "", or "(:a -> (:list :a))" with
+/// "(:a)". Letter case of the name is ignored, as in scripts. False when the name is no symbol or is a constant
+/// already, when the signature is malformed or names an unknown type, and without memory.
+XUM_API bool registerScriptFunction(ScriptingDevice* device, const std::string& name, const std::string& typeVariables,
+                                    const std::string& signature, ScriptFunction function, void* user);
+
+/// ScriptingDevice::evaluateScript with the value of the text's last expression.
+XUM_API bool evaluateScript(ScriptingDevice* device, const std::string& text, ScriptValue& outValue);
+
+/// Gets each line that scripts print, without its end.
+using ScriptPrintFunction = void (*)(const char* line, void* user);
+
+/// Sends the output of scripts to a function of the host's; null sends it to standard output again. The reports of
+/// collections and of files that were not found stay on standard output.
+XUM_API void setScriptPrint(ScriptingDevice* device, ScriptPrintFunction function, void* user);
