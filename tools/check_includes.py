@@ -38,6 +38,7 @@ LAYERS = {
         files/cache_implementation
         lisp/lisp_scripting_device
         lisp/script_host.cpp
+        lisp/script_host_values
         render/opengl/*
         render/software_render_device
     """,
