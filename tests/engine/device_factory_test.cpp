@@ -49,7 +49,6 @@ TEST_F(DeviceFactory, devicesThatAreNotBuiltYetAreNull)
 {
     EXPECT_EQ(engine->createAudioDevice(), nullptr);
     EXPECT_EQ(engine->createNetworkDevice(), nullptr);
-    EXPECT_EQ(engine->createScriptingDevice(), nullptr);
     EXPECT_EQ(engine->createConsole(), nullptr);
     EXPECT_EQ(engine->createResourceManager(), nullptr);
     EXPECT_EQ(engine->createCache(nullptr), nullptr);
