@@ -172,6 +172,7 @@ TEST(HostileImage, refusesABmpThatPromisesTooMuch)
     expectRefusedCheaply(bmpOfSize(1, 0x80000000u));
     expectRefusedCheaply(bmpOfSize(0x80000000u, 1));
     expectRefusedCheaply(bmpOfSize(30000, 30000, 8, 1));
+    expectRefusedCheaply(bmpOfSize(10000, 10000, 32, 2));
     expectRefusedCheaply(oldBmpOfSize(65535, 65535));
 }
 

@@ -159,10 +159,16 @@ TEST(ImageHeader, ofBmpMayHaveTheOldForm)
 
 TEST(ImageHeader, ofRunLengthEncodedBmpIsBoundByItsPixelsOnly)
 {
-    for (const std::uint32_t compression : {1u, 2u}) {
-        EXPECT_TRUE(isBelievable(bmpOfSize(10000, 10000, 8, compression)));
-        EXPECT_FALSE(isBelievable(bmpOfSize(30000, 30000, 8, compression)));
-    }
+    EXPECT_TRUE(isBelievable(bmpOfSize(10000, 10000, 8, 1)));
+    EXPECT_FALSE(isBelievable(bmpOfSize(30000, 30000, 8, 1)));
+    EXPECT_TRUE(isBelievable(bmpOfSize(10000, 10000, 4, 2)));
+    EXPECT_FALSE(isBelievable(bmpOfSize(30000, 30000, 4, 2)));
+}
+
+TEST(ImageHeader, ofBmpThatClaimsRunLengthsForOtherPixelsMustFitTheFile)
+{
+    for (const int bits : {1, 4, 16, 24, 32}) EXPECT_FALSE(isBelievable(bmpOfSize(10000, 10000, bits, 1))) << bits;
+    for (const int bits : {1, 8, 16, 24, 32}) EXPECT_FALSE(isBelievable(bmpOfSize(10000, 10000, bits, 2))) << bits;
 }
 
 TEST(ImageHeader, ofJpegNeedsABitForEachBlock)

@@ -101,7 +101,8 @@ bool isBmp(const Header& header)
     return std::memcmp(header.bytes, "BM", 2) == 0;
 }
 
-/// Uncompressed rows lie in the file as they are; run-length encoded ones (compressions 1 and 2) may be anything.
+/// Uncompressed rows lie in the file as they are; run-length encoded ones may be of any length. Such are pixels of
+/// eight bits with compression 1 and of four with compression 2.
 bool isBmpBelievable(const Header& header)
 {
     const unsigned char* info = header.bytes + 14;
@@ -111,7 +112,7 @@ bool isBmpBelievable(const Header& header)
     if (isTooLargeToDecode(width, height)) return false;
     const std::int64_t bitsPerPixel = isOldHeader ? littleEndian16(info + 10) : littleEndian16(info + 14);
     const std::int32_t compression = isOldHeader ? 0 : littleEndianSigned32(info + 16);
-    const bool isRunLengthEncoded = compression == 1 || compression == 2;
+    const bool isRunLengthEncoded = (compression == 1 && bitsPerPixel == 8) || (compression == 2 && bitsPerPixel == 4);
     return isRunLengthEncoded || width * bitsPerPixel / 8 * height <= header.fileSize;
 }
 
