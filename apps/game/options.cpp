@@ -44,7 +44,7 @@ std::string checkSize(const std::string& text)
     char rest = 0;
     const bool isSize = std::sscanf(text.c_str(), "%5dx%5d%c", &width, &height, &rest) == 2;
     if (isSize && width >= 1 && width <= largestSide && height >= 1 && height <= largestSide) return {};
-    return "is not a size such as 1024x768, with sides from 1 to " + std::to_string(largestSide);
+    return "'" + text + "' is not a size such as 1024x768, with sides from 1 to " + std::to_string(largestSide);
 }
 
 std::string checkPictureFile(const std::string& name)
@@ -52,7 +52,7 @@ std::string checkPictureFile(const std::string& name)
     const std::string ending = ".bmp";
     const bool isBmp =
         name.size() > ending.size() && name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
-    return isBmp ? "" : "must be a file name that ends with .bmp";
+    return isBmp ? "" : "'" + name + "' is not a file name that ends with .bmp";
 }
 
 std::string asDirectory(std::string name)

@@ -16,6 +16,6 @@ struct Options {
     bool isUnattended() const { return frames > 0; }
 };
 
-/// Reads the command line. When there is nothing to play (--help, --version or a wrong argument) it has written what
+/// Reads the command line. When there is nothing to play (--help or a wrong argument) it has written what
 /// the user should see, and returns nothing and the exit status in `outStatus`.
 std::optional<Options> readOptions(int argumentCount, const char* const* arguments, int& outStatus);

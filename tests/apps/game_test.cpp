@@ -112,8 +112,9 @@ TEST(Game, wrongArgumentsAreRefused)
 
 TEST(Game, wrongArgumentIsNamed)
 {
-    EXPECT_TRUE(contains(runGame("--frames 1 --size 12").errors, "--size: is not a size such as 1024x768"));
-    EXPECT_TRUE(contains(runGame("--frames 1 --screenshot a.png").errors, "must be a file name that ends with .bmp"));
+    EXPECT_TRUE(contains(runGame("--frames 1 --size 12").errors, "--size: '12' is not a size such as 1024x768"));
+    EXPECT_TRUE(contains(runGame("--frames 1 --screenshot a.png").errors,
+                         "--screenshot: 'a.png' is not a file name that ends with .bmp"));
 }
 
 TEST(Game, missingDataDirectoryIsNamed)
