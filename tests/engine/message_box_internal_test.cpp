@@ -1,10 +1,12 @@
 #include "file_contents.h"
+#include "own_directory.h"
 
 #include <xum/engine/log.h>
 #include <xum/engine/message_box.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -50,6 +52,19 @@ TEST_F(MessageBoxFunctionTest, isAskedAfterTheLogLineWasFlushed)
     warning("x");
     EXPECT_EQ(shown, (std::vector<std::string>{"16 Warning: x"}));
     EXPECT_EQ(lastLogLine, "WARNING: x");
+}
+
+TEST_F(MessageBoxFunctionTest, isAskedAfterTheLogLineOfAnErrorWasFlushed)
+{
+    const auto report = [] {
+        enterOwnDirectory();
+        messageBoxFunction = [](std::uint32_t, const char*, const char*) {
+            std::fputs(fileContents("log.txt").c_str(), stderr);
+            return 0;
+        };
+        error("x");
+    };
+    EXPECT_EXIT(report(), ::testing::ExitedWithCode(255), "^ERROR: x\n$");
 }
 
 TEST_F(MessageBoxFunctionTest, resultDecidesWhatGoesToStandardError)
