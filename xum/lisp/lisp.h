@@ -80,7 +80,8 @@ struct lisp_cell {
 
 /// Lists are immutable for scripts, so several may share cells.
 struct lisp_list {
-    bool is_quoted; // evaluates to itself
+    bool is_quoted;       // evaluates to itself
+    bool has_only_leaves; // no element can reach another object; where false, that is not known
     lisp_cell* first;
     lisp_cell* last;
     std::uint64_t count;
@@ -155,7 +156,7 @@ struct lisp_hash_table {
 struct lisp_environment {
     lisp_environment* parent;
     lisp_hash_table table;
-    std::uint64_t mark_stamp;
+    std::uint64_t trace_round; // of the collector's last visit
 };
 
 /// The state of the memory manager; see lisp_memory.h.
@@ -175,6 +176,9 @@ struct lisp_heap {
     std::uint64_t slot_count;
     std::uint64_t lowest_word; // no word of the bitmap below it has a clear bit
     std::uint64_t lock_floor;  // objects with this lock stamp or a later one are kept
+    std::uint64_t trace_round; // of the collector; grows with every walk over the graph
+    std::uint64_t* marked;     // the collector's bitmaps, one bit a slot as in the bitmap
+    std::uint64_t* kept;
     lisp_interpreter* interpreter;
 };
 

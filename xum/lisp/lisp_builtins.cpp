@@ -103,8 +103,21 @@ lisp_closure* lisp_define_native(lisp_interpreter* interpreter, const lisp_nativ
 
 static lisp_special special_of(lisp_native native)
 {
-    if (native == lisp_native_if) return lisp_special_if;
-    return native == lisp_native_do ? lisp_special_do : lisp_special_none;
+    static const struct {
+        lisp_native native;
+        lisp_special special;
+    } specials[] = {
+        {lisp_native_if, lisp_special_if},
+        {lisp_native_do, lisp_special_do},
+        {lisp_native_add, lisp_special_add},
+        {lisp_native_subtract, lisp_special_subtract},
+        {lisp_native_multiply, lisp_special_multiply},
+        {lisp_native_less, lisp_special_less},
+        {lisp_native_equal, lisp_special_equal},
+    };
+    for (const auto& entry : specials)
+        if (entry.native == native) return entry.special;
+    return lisp_special_none;
 }
 
 static bool define_text(lisp_interpreter* interpreter, const char* name, const char* text, bool is_constant)

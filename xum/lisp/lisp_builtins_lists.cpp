@@ -22,6 +22,22 @@ static lisp_type* common_type(const lisp_list* list)
     return type;
 }
 
+static bool have_only_leaves(const lisp_list* list)
+{
+    const lisp_cell* cell = list->first;
+    for (std::uint64_t i = 0; i < list->count; ++i, cell = cell->next)
+        if (!lisp_is_leaf(cell->element)) return false;
+    return true;
+}
+
+/* A list whose cells are filled. */
+static void set_filled_list(lisp_interpreter* interpreter, lisp_object* result, lisp_list* list)
+{
+    lisp_type* common = common_type(list);
+    list->has_only_leaves = common != nullptr ? lisp_is_leaf(list->first->element) : have_only_leaves(list);
+    lisp_set_list(interpreter, result, list, common);
+}
+
 static lisp_type* element_type(const lisp_object* list)
 {
     return list->type_argument_count == 1 ? list->type_arguments[0].type : nullptr;
@@ -36,7 +52,7 @@ LISP_NATIVE(lisp_native_list)
         cell->element = lisp_copy_to_slot(interpreter, &arguments[i]);
         if (cell->element == nullptr) return;
     }
-    lisp_set_list(interpreter, result, list, common_type(list));
+    set_filled_list(interpreter, result, list);
 }
 
 LISP_NATIVE(lisp_native_cons)
@@ -47,6 +63,7 @@ LISP_NATIVE(lisp_native_cons)
     if (element == nullptr) return;
     list->first->element = element;
     const std::uint64_t rest_count = lisp_list_count(rest);
+    list->has_only_leaves = lisp_is_leaf(element) && (rest_count == 0 || rest->payload.list->has_only_leaves);
     if (rest_count != 0) {
         list->first->next = rest->payload.list->first;
         list->last = rest->payload.list->last;
@@ -76,6 +93,7 @@ LISP_NATIVE(lisp_native_tail)
     list->count = arguments[0].payload.list->count - 1;
     list->first = list->count != 0 ? cell->next : nullptr;
     list->last = list->count != 0 ? arguments[0].payload.list->last : nullptr;
+    list->has_only_leaves = arguments[0].payload.list->has_only_leaves;
     lisp_set_list(interpreter, result, list, element_type(&arguments[0]));
 }
 
@@ -92,6 +110,7 @@ LISP_NATIVE(lisp_native_list_reverse)
     if (list == nullptr) return;
     const lisp_cell* source = first_cell(&arguments[0]);
     for (std::uint64_t i = size; i != 0; --i, source = source->next) list->first[i - 1].element = source->element;
+    list->has_only_leaves = size != 0 && arguments[0].payload.list->has_only_leaves;
     lisp_set_list(interpreter, result, list, element_type(&arguments[0]));
 }
 
@@ -147,7 +166,7 @@ static void map(lisp_interpreter* interpreter, lisp_environment* environment, li
         is_whole = list->first[i].element != nullptr;
     }
     lisp_pop_frame(interpreter, caller.frame);
-    if (is_whole) lisp_set_list(interpreter, result, list, common_type(list));
+    if (is_whole) set_filled_list(interpreter, result, list);
 }
 
 static void for_each(lisp_interpreter* interpreter, lisp_environment* environment, lisp_object* arguments,

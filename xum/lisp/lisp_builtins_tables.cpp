@@ -190,7 +190,7 @@ LISP_NATIVE(lisp_native_hash_table_for_each)
         while (entry != nullptr && !interpreter->is_abandoned) {
             const lisp_table_entry* next = entry->next;
             lisp_copy_value(&frame[0], &entry->key);
-            lisp_copy_value(&frame[1], entry->value);
+            lisp_copy_value(&frame[1], &entry->value);
             lisp_apply(interpreter, environment, arguments[0].payload.closure, frame, 2, result);
             entry = next;
         }
@@ -211,7 +211,7 @@ LISP_NATIVE(lisp_native_hash_table_get)
 {
     const lisp_table_entry* entry =
         lisp_table_find(interpreter, environment, arguments[0].payload.table, &arguments[1]);
-    if (entry != nullptr) lisp_copy_value(result, entry->value);
+    if (entry != nullptr) lisp_copy_value(result, &entry->value);
 }
 
 LISP_NATIVE(lisp_native_hash_table_put)

@@ -24,12 +24,9 @@ static bool is_rest(const lisp_closure* closure, std::uint32_t argument)
     return closure->signature_entries.has_rest && argument >= parameter_count(closure) - 1;
 }
 
-bool lisp_check_argument_count(lisp_interpreter* interpreter, const lisp_closure* closure, std::uint64_t count)
+void lisp_report_argument_count(lisp_interpreter* interpreter)
 {
-    const std::uint32_t parameters = parameter_count(closure);
-    const bool fits = closure->signature_entries.has_rest ? count + 1 >= parameters : count == parameters;
-    if (!fits && !interpreter->is_abandoned) lisp_print_line(interpreter, "error: wrong number of parameters!");
-    return fits && count <= 0xFFFFFFFFu;
+    if (!interpreter->is_abandoned) lisp_print_line(interpreter, "error: wrong number of parameters!");
 }
 
 static void write_declared(const lisp_interpreter* interpreter, const lisp_bindings* bindings,
@@ -130,10 +127,12 @@ static bool make_rest_list(lisp_interpreter* interpreter, const lisp_object* arg
     }
     lisp_list* list = lisp_make_list(interpreter, count);
     if (list == nullptr) return false;
+    list->has_only_leaves = true;
     lisp_cell* cell = list->first;
     for (std::uint32_t i = 0; i < count; ++i, cell = cell->next) {
         cell->element = lisp_copy_to_slot(interpreter, &arguments[i]);
         if (cell->element == nullptr) return false;
+        list->has_only_leaves = list->has_only_leaves && lisp_is_leaf(cell->element);
     }
     lisp_set_list(interpreter, out, list, nullptr);
     return true;

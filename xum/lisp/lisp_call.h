@@ -1,12 +1,19 @@
 #pragma once
 
-#include <xum/lisp/lisp.h>
-#include <xum/lisp/lisp_signature.h>
+#include <xum/lisp/lisp_closure.h>
 
 /// The steps of a call: counting, checking, binding, returning.
 
-/// Reports "error: wrong number of parameters!" and gives false.
-bool lisp_check_argument_count(lisp_interpreter* interpreter, const lisp_closure* closure, std::uint64_t count);
+/// "error: wrong number of parameters!"
+void lisp_report_argument_count(lisp_interpreter* interpreter);
+
+/// False after a report when the closure does not take as many arguments.
+inline bool lisp_check_argument_count(lisp_interpreter* interpreter, const lisp_closure* closure, std::uint64_t count)
+{
+    if (count >= closure->least_arguments && count <= closure->most_arguments) return true;
+    lisp_report_argument_count(interpreter);
+    return false;
+}
 
 /// Checks the arguments against the closure's parameters. False after a report: a line that names the closure, one for
 /// each argument that does not match, and what the type variables were bound to.

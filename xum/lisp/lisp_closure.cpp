@@ -43,6 +43,8 @@ static bool finish_closure(lisp_interpreter* interpreter, lisp_closure* closure)
 {
     const lisp_signature* signature = &closure->signature_entries;
     const std::uint32_t parameters = signature->entry_count - 1u;
+    closure->least_arguments = parameters - (signature->has_rest ? 1 : 0);
+    closure->most_arguments = signature->has_rest ? UINT32_MAX : parameters;
     closure->has_plain_checks = true;
     closure->has_variable_checks = true;
     if (parameters != 0) {

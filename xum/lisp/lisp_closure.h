@@ -30,8 +30,18 @@ struct lisp_check {
     const lisp_type* type;
 };
 
-/// The natives whose last operand the evaluator evaluates in place of the call.
-enum lisp_special : std::uint8_t { lisp_special_none, lisp_special_if, lisp_special_do };
+/// The natives that the evaluator knows: `if` and `do`, whose last operand it evaluates in place of the call, and those
+/// that it computes itself when they have two integers.
+enum lisp_special : std::uint8_t {
+    lisp_special_none,
+    lisp_special_if,
+    lisp_special_do,
+    lisp_special_add,
+    lisp_special_subtract,
+    lisp_special_multiply,
+    lisp_special_less,
+    lisp_special_equal,
+};
 
 struct lisp_closure {
     lisp_name* name; // null until a definition names it
@@ -42,7 +52,9 @@ struct lisp_closure {
     lisp_environment* environment; // of a Lisp closure; its parent is where the closure was made
     lisp_string* signature;        // as printed
     lisp_signature signature_entries;
-    lisp_check* checks;       // one a parameter
+    lisp_check* checks; // one a parameter
+    std::uint32_t least_arguments;
+    std::uint32_t most_arguments;
     bool has_plain_checks;    // none of them needs bindings
     bool has_variable_checks; // nothing but type variables: arguments of one type always match
     bool returns_anything;    // nothing to check behind the call
@@ -51,8 +63,8 @@ struct lisp_closure {
     lisp_special special;
     std::uint8_t variable_count;
     char variables[27];
-    lisp_list* bounds; // of the type variables; kept, not consulted
-    std::uint64_t mark_stamp;
+    lisp_list* bounds;         // of the type variables; kept, not consulted
+    std::uint64_t trace_round; // of the collector's last visit
 };
 
 /// What a native closure is made from.

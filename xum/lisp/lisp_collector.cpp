@@ -8,29 +8,32 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <initializer_list>
 
 /*
- * Two passes over the graph. Marking starts at the root symbols and stamps what it reaches with the mark epoch. Locking
- * starts at what may be in use although no symbol reaches it any more (objects made since the last unlock, records on
- * the value stack, running closures and expressions), stamps what it reaches with another value and locks it, so that
- * the number of marked objects stays that of the first pass.
+ * Two walks over the graph. Marking starts at the root symbols. Locking starts at what may be in use although no symbol
+ * reaches it any more: objects made since the last unlock, records on the value stack, running closures and
+ * expressions. What only the second walk reaches is kept, too, but does not count as marked.
  *
- * Nothing recurses. The work list has a fixed size; when it overflows, the objects that found no place are found again
- * by going over all slots for stamped objects with unstamped children.
+ * Which slots were reached is a bit each in two bitmaps beside the heap's own, so that the sweep is an operation on
+ * words and looks only at the objects that it frees.
+ *
+ * Nothing recurses. The work list has a fixed size. When it overflows, the walk is repeated from the roots and from all
+ * reached slots until it fits: each round reaches at least as many new slots as the list holds. Records that several
+ * objects share and that lie in no slot (closures, environments, tables) remember the round that they were walked in.
  */
-
-static constexpr unsigned locking_bit = 63;
 
 struct lisp_tracer {
     lisp_interpreter* interpreter;
-    std::uint64_t marked; // the stamp of the first pass
-    std::uint64_t stamp;  // of the current pass
-    bool is_locking;
+    lisp_heap* heap;
+    std::uint64_t* reached; // the bitmap of the current walk
     bool has_overflowed;
+    std::uint64_t round;
     std::uint64_t count;
     std::uint64_t capacity;
     lisp_object** work;
+    lisp_table* tables; // to be walked
 };
 
 std::uint64_t lisp_mark_stack_size(std::uint64_t region_size)
@@ -54,16 +57,27 @@ static bool has_children(const lisp_object* object)
     }
 }
 
-static bool is_seen(const lisp_tracer* tracer, std::uint64_t stamp)
+/* The slot's number; a number past all slots for the interpreter's static objects, which have no children. */
+static std::uint64_t slot_number(const lisp_heap* heap, const lisp_object* object)
 {
-    return stamp == tracer->marked || stamp == tracer->stamp;
+    const std::uintptr_t offset =
+        reinterpret_cast<std::uintptr_t>(object) - reinterpret_cast<std::uintptr_t>(heap->slots);
+    return offset / sizeof(lisp_object);
 }
 
-static void visit(lisp_tracer* tracer, lisp_object* object)
+/* False when the object was reached before. */
+static bool reach(lisp_tracer* tracer, const lisp_object* object)
 {
-    if (object == nullptr || is_seen(tracer, object->mark_stamp)) return;
-    object->mark_stamp = tracer->stamp;
-    if (tracer->is_locking) object->lock_stamp = tracer->interpreter->heap.lock_epoch;
+    const std::uint64_t slot = slot_number(tracer->heap, object);
+    if (slot >= tracer->heap->slot_count) return false;
+    const std::uint64_t bit = std::uint64_t{1} << (slot % 64);
+    if (((tracer->heap->marked[slot / 64] | tracer->reached[slot / 64]) & bit) != 0) return false;
+    tracer->reached[slot / 64] |= bit;
+    return true;
+}
+
+static void push(lisp_tracer* tracer, lisp_object* object)
+{
     if (!has_children(object)) return;
     if (tracer->count < tracer->capacity)
         tracer->work[tracer->count++] = object;
@@ -71,15 +85,23 @@ static void visit(lisp_tracer* tracer, lisp_object* object)
         tracer->has_overflowed = true;
 }
 
-static void visit_cells(lisp_tracer* tracer, const lisp_cell* cell, std::uint64_t count)
+static void visit(lisp_tracer* tracer, lisp_object* object)
 {
-    // The count ends the walk: a list may share only the front of another one's cells.
-    for (; count != 0 && cell != nullptr; --count, cell = cell->next) visit(tracer, cell->element);
+    if (object == nullptr || !reach(tracer, object)) return;
+    object->mark_stamp = tracer->heap->mark_epoch;
+    push(tracer, object);
 }
 
+/* The count ends the walk: a list may share only the front of another one's cells. */
 static void visit_list(lisp_tracer* tracer, const lisp_list* list)
 {
-    if (list != nullptr) visit_cells(tracer, list->first, list->count);
+    if (list == nullptr) return;
+    const lisp_cell* cell = list->first;
+    if (list->has_only_leaves) { // nothing but a bit to set: the elements themselves are not looked at
+        for (std::uint64_t i = list->count; i != 0; --i, cell = cell->next) reach(tracer, cell->element);
+        return;
+    }
+    for (std::uint64_t i = list->count; i != 0; --i, cell = cell->next) visit(tracer, cell->element);
 }
 
 static void visit_hash_table(lisp_tracer* tracer, const lisp_hash_table* table)
@@ -89,42 +111,32 @@ static void visit_hash_table(lisp_tracer* tracer, const lisp_hash_table* table)
             visit(tracer, static_cast<lisp_object*>(entry->value));
 }
 
-/* What a closure record or an environment is stamped with after its children were visited: nothing when some of them
-   may have found no place, so that it is walked again. */
-static std::uint64_t shared_stamp(const lisp_tracer* tracer)
-{
-    return tracer->has_overflowed ? 0 : tracer->stamp;
-}
-
 /* The environments behind a closure's own, up to the root, hold what its body sees. */
 static void visit_environments(lisp_tracer* tracer, lisp_environment* environment)
 {
     for (; environment != nullptr && environment->parent != nullptr; environment = environment->parent) {
-        if (is_seen(tracer, environment->mark_stamp)) return;
+        if (environment->trace_round == tracer->round) return;
+        environment->trace_round = tracer->round;
         visit_hash_table(tracer, &environment->table);
-        environment->mark_stamp = shared_stamp(tracer);
     }
 }
 
 static void visit_closure(lisp_tracer* tracer, lisp_closure* closure)
 {
-    if (is_seen(tracer, closure->mark_stamp)) return;
+    if (closure->trace_round == tracer->round) return;
+    closure->trace_round = tracer->round;
     visit_environments(tracer, closure->environment);
     visit_list(tracer, closure->body);
     visit_list(tracer, closure->bounds);
-    closure->mark_stamp = shared_stamp(tracer);
 }
 
+/* Tables queue by themselves: what their entries hold lies in no slot, where an overflow could be made good. */
 static void visit_table(lisp_tracer* tracer, lisp_table* table)
 {
-    for (std::uint64_t i = 0; i < table->bucket_count; ++i) {
-        for (lisp_table_entry* entry = table->buckets[i]; entry != nullptr; entry = entry->next) {
-            visit(tracer, entry->value);
-            // The key is a record inside the entry, no slot; only what it points to is traced.
-            entry->key.mark_stamp = 0;
-            visit(tracer, &entry->key);
-        }
-    }
+    if (table->trace_round == tracer->round) return;
+    table->trace_round = tracer->round;
+    table->next_to_trace = tracer->tables;
+    tracer->tables = table;
 }
 
 static void visit_children(lisp_tracer* tracer, const lisp_object* object)
@@ -146,12 +158,29 @@ static void visit_children(lisp_tracer* tracer, const lisp_object* object)
     }
 }
 
-static void drain(lisp_tracer* tracer)
+/* Keys and values are records inside the entries; what they point to is traced. */
+static void visit_entries(lisp_tracer* tracer, const lisp_table* table)
 {
-    while (tracer->count != 0) visit_children(tracer, tracer->work[--tracer->count]);
+    for (std::uint64_t i = 0; i < table->bucket_count; ++i) {
+        for (const lisp_table_entry* entry = table->buckets[i]; entry != nullptr; entry = entry->next) {
+            visit_children(tracer, &entry->value);
+            visit_children(tracer, &entry->key);
+        }
+    }
 }
 
-static lisp_object* slot_at(lisp_heap* heap, std::uint64_t word, std::uint64_t bits)
+static void drain(lisp_tracer* tracer)
+{
+    while (tracer->count != 0 || tracer->tables != nullptr) {
+        while (tracer->count != 0) visit_children(tracer, tracer->work[--tracer->count]);
+        if (lisp_table* table = tracer->tables) {
+            tracer->tables = table->next_to_trace;
+            visit_entries(tracer, table);
+        }
+    }
+}
+
+static lisp_object* slot_at(const lisp_heap* heap, std::uint64_t word, std::uint64_t bits)
 {
     return &heap->slots[word * 64 + static_cast<unsigned>(__builtin_ctzll(bits))];
 }
@@ -161,15 +190,11 @@ static std::uint64_t used_words(const lisp_heap* heap)
     return (heap->boundary / sizeof(lisp_object) + 63) / 64;
 }
 
-/* What the work list could not hold is the child of a stamped object or of a root. */
-static void visit_stamped_slots(lisp_tracer* tracer)
+static void visit_reached_slots(lisp_tracer* tracer)
 {
-    lisp_heap* heap = &tracer->interpreter->heap;
-    for (std::uint64_t word = 0; word < used_words(heap); ++word) {
-        for (std::uint64_t bits = heap->bitmap[word]; bits != 0; bits &= bits - 1) {
-            lisp_object* object = slot_at(heap, word, bits);
-            if (object->mark_stamp != tracer->stamp) continue;
-            visit_children(tracer, object);
+    for (std::uint64_t word = 0; word < used_words(tracer->heap); ++word) {
+        for (std::uint64_t bits = tracer->reached[word]; bits != 0; bits &= bits - 1) {
+            visit_children(tracer, slot_at(tracer->heap, word, bits));
             drain(tracer);
         }
     }
@@ -177,13 +202,15 @@ static void visit_stamped_slots(lisp_tracer* tracer)
 
 static void trace(lisp_tracer* tracer, void (*visit_roots)(lisp_tracer* tracer))
 {
+    tracer->round = ++tracer->heap->trace_round;
     visit_roots(tracer);
     drain(tracer);
     while (tracer->has_overflowed) {
         tracer->has_overflowed = false;
+        tracer->round = ++tracer->heap->trace_round;
         visit_roots(tracer);
         drain(tracer);
-        visit_stamped_slots(tracer);
+        visit_reached_slots(tracer);
     }
 }
 
@@ -201,21 +228,29 @@ static bool is_locked(const lisp_heap* heap, const lisp_object* object)
     return object->lock_stamp >= heap->lock_floor;
 }
 
+/* The used slots that no walk has reached, as far as the tracer knows. */
+static std::uint64_t unreached(const lisp_heap* heap, std::uint64_t word)
+{
+    return heap->bitmap[word] & ~heap->marked[word] & ~heap->kept[word];
+}
+
 static void visit_locking_roots(lisp_tracer* tracer)
 {
     lisp_interpreter* interpreter = tracer->interpreter;
-    lisp_heap* heap = &interpreter->heap;
-    for (lisp_object* record = interpreter->stack; record < interpreter->stack_top; ++record)
+    for (lisp_object* record = interpreter->stack; record < interpreter->stack_top; ++record) {
         visit_children(tracer, record);
+        drain(tracer);
+    }
     for (lisp_activation* a = interpreter->activation; a != nullptr; a = a->previous) {
         if (a->closure != nullptr) visit_closure(tracer, a->closure);
         visit_environments(tracer, a->environment);
         if (a->expression != nullptr) visit_children(tracer, a->expression);
+        drain(tracer);
     }
-    for (std::uint64_t word = 0; word < used_words(heap); ++word) {
-        for (std::uint64_t bits = heap->bitmap[word]; bits != 0; bits &= bits - 1) {
-            lisp_object* object = slot_at(heap, word, bits);
-            if (object->mark_stamp == tracer->marked || !is_locked(heap, object)) continue;
+    for (std::uint64_t word = 0; word < used_words(tracer->heap); ++word) {
+        for (std::uint64_t bits = unreached(tracer->heap, word); bits != 0; bits &= bits - 1) {
+            lisp_object* object = slot_at(tracer->heap, word, bits);
+            if (!is_locked(tracer->heap, object)) continue;
             visit(tracer, object);
             drain(tracer);
         }
@@ -224,7 +259,7 @@ static void visit_locking_roots(lisp_tracer* tracer)
 
 static void release_slot(lisp_heap* heap, lisp_object* object)
 {
-    if (object->type->kind == lisp_kind_symbol) {
+    if (object->type->kind == lisp_kind_symbol && object->payload.symbol != nullptr) {
         lisp_name* name = object->payload.symbol->name;
         if (name->carrier == object) name->carrier = nullptr;
     }
@@ -240,17 +275,10 @@ static std::uint64_t sweep(lisp_heap* heap)
     std::uint64_t marked = 0;
     std::uint64_t lowest = heap->lowest_word;
     for (std::uint64_t word = 0; word < used_words(heap); ++word) {
-        std::uint64_t freed = 0;
-        for (std::uint64_t bits = heap->bitmap[word]; bits != 0; bits &= bits - 1) {
-            lisp_object* object = slot_at(heap, word, bits);
-            if (object->mark_stamp == heap->mark_epoch) {
-                ++marked;
-            } else if (!is_locked(heap, object)) {
-                freed |= bits & (~bits + 1);
-                release_slot(heap, object);
-            }
-        }
+        const std::uint64_t freed = unreached(heap, word);
+        for (std::uint64_t bits = freed; bits != 0; bits &= bits - 1) release_slot(heap, slot_at(heap, word, bits));
         heap->bitmap[word] &= ~freed;
+        marked += static_cast<std::uint64_t>(__builtin_popcountll(heap->marked[word]));
         if (freed != 0 && word < lowest) lowest = word;
     }
     heap->lowest_word = lowest;
@@ -273,15 +301,16 @@ void lisp_collect_garbage(lisp_heap* heap, lisp_environment* /*roots*/)
 {
     lisp_interpreter* interpreter = heap->interpreter;
     ++heap->mark_epoch;
+    std::memset(heap->marked, 0, used_words(heap) * sizeof(std::uint64_t));
+    std::memset(heap->kept, 0, used_words(heap) * sizeof(std::uint64_t));
     lisp_tracer tracer = {};
     tracer.interpreter = interpreter;
+    tracer.heap = heap;
     tracer.work = interpreter->mark_stack;
     tracer.capacity = lisp_mark_stack_size(heap->region_size);
-    tracer.marked = heap->mark_epoch;
-    tracer.stamp = heap->mark_epoch;
+    tracer.reached = heap->marked;
     trace(&tracer, visit_marking_roots);
-    tracer.stamp = heap->mark_epoch | std::uint64_t{1} << locking_bit;
-    tracer.is_locking = true;
+    tracer.reached = heap->kept;
     trace(&tracer, visit_locking_roots);
     const std::uint64_t marked = sweep(heap);
     lower_boundary(heap);

@@ -7,7 +7,6 @@
 #include <xum/lisp/lisp_token.h>
 #include <xum/lisp/lisp_type.h>
 
-#include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -62,7 +61,7 @@ static bool parse_decimal(const char* text, std::uint64_t length, std::int64_t* 
 
 static bool parse_signed_decimal(const char* text, std::uint64_t length, std::int64_t* out)
 {
-    const std::uint64_t sign = length != 0 && text[0] == '+' ? 1 : 0;
+    const std::uint64_t sign = length > 1 && text[0] == '+' && text[1] != '-' ? 1 : 0;
     return parse_decimal(text + sign, length - sign, out);
 }
 
@@ -157,9 +156,20 @@ static void use_buffer(lisp_interpreter* interpreter, int written, const char** 
     *length = size < lisp_conversion_size ? size : lisp_conversion_size - 1;
 }
 
-static int write_integer(lisp_interpreter* interpreter, std::int64_t value)
+static constexpr std::size_t decimal_size = 24;
+
+/* Writes the digits at the end of the buffer; where they begin. Hashing a number needs them all the time. */
+static char* write_decimal(char* buffer, std::int64_t value)
 {
-    return std::snprintf(interpreter->conversion, lisp_conversion_size, "%" PRId64, value);
+    char* begin = buffer + decimal_size - 1;
+    *begin = '\0';
+    std::uint64_t rest = value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
+    do {
+        *--begin = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    } while (rest != 0);
+    if (value < 0) *--begin = '-';
+    return begin;
 }
 
 bool lisp_text_of_value(lisp_interpreter* interpreter, const lisp_object* value, const char** text,
@@ -183,7 +193,8 @@ bool lisp_text_of_value(lisp_interpreter* interpreter, const lisp_object* value,
         return true;
     case lisp_kind_byte:
     case lisp_kind_integer:
-        use_buffer(interpreter, write_integer(interpreter, value->payload.integer), text, length);
+        *text = write_decimal(interpreter->conversion, value->payload.integer);
+        *length = static_cast<std::uint64_t>(interpreter->conversion + decimal_size - 1 - *text);
         return true;
     case lisp_kind_float:
         use_buffer(interpreter,

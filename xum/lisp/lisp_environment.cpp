@@ -17,7 +17,7 @@ lisp_environment* lisp_environment_make(lisp_interpreter* interpreter, lisp_envi
     lisp_environment* environment = lisp_allocate_record<lisp_environment>(interpreter);
     if (environment == nullptr || !lisp_hash_table_init(&environment->table, 1, true, interpreter)) return nullptr;
     environment->parent = parent;
-    environment->mark_stamp = 0;
+    environment->trace_round = 0;
     return environment;
 }
 

@@ -31,9 +31,16 @@ void lisp_abandon(lisp_interpreter* interpreter, const char* message)
     if (interpreter->stack_origin != nullptr) interpreter->is_abandoned = true;
 }
 
+static bool has_room(const lisp_interpreter* interpreter, std::uint64_t count)
+{
+    const std::uintptr_t top = reinterpret_cast<std::uintptr_t>(interpreter->stack_top);
+    const std::uintptr_t end = reinterpret_cast<std::uintptr_t>(interpreter->stack_end);
+    return count * sizeof(lisp_object) <= end - top; // multiplying is cheaper than dividing the difference
+}
+
 lisp_object* lisp_push_frame(lisp_interpreter* interpreter, std::uint64_t count)
 {
-    if (count > static_cast<std::uint64_t>(interpreter->stack_end - interpreter->stack_top)) {
+    if (!has_room(interpreter, count)) {
         lisp_abandon(interpreter, "error: recursion too deep!");
         return nullptr;
     }
@@ -146,42 +153,96 @@ static bool find_head(lisp_interpreter* interpreter, lisp_environment* environme
     return is_callable;
 }
 
-/* Evaluates the arguments into a new frame. Null when the evaluation was given up. */
-static lisp_object* evaluate_arguments(lisp_interpreter* interpreter, lisp_environment* environment,
-                                       const lisp_closure* closure, const lisp_list* list)
+/* An argument that is not lazy. While it is being evaluated its record is on the stack, where a collection sees it. */
+static inline void evaluate_argument(lisp_interpreter* interpreter, lisp_environment* environment,
+                                     const lisp_object* element, lisp_object* argument)
 {
-    const std::uint32_t count = static_cast<std::uint32_t>(list->count - 1);
+    const lisp_type* type = element->type;
+    if (type->kind == lisp_kind_symbol) {
+        const lisp_object* value = bound_value(environment, element);
+        if (value != nullptr)
+            lisp_copy_value(argument, value);
+        else
+            lisp_evaluate_symbol(interpreter, argument, environment, element); // reports
+    } else if (type->is_self_evaluating) {
+        lisp_copy_value(argument, element);
+    } else {
+        lisp_set_nil(interpreter, argument);
+        interpreter->stack_top = argument + 1;
+        if (type->kind == lisp_kind_list)
+            lisp_evaluate_list(interpreter, argument, environment, element);
+        else
+            type->evaluate(interpreter, argument, environment, element);
+    }
+    interpreter->stack_top = argument + 1;
+}
+
+static bool take_lazily(lisp_interpreter* interpreter, const lisp_closure* closure, const lisp_object* element,
+                        lisp_object* argument)
+{
+    lisp_copy_value(argument, element);
+    interpreter->stack_top = argument + 1;
+    const bool is_to_be_quoted = closure->native == nullptr && element->type->kind == lisp_kind_list;
+    return !is_to_be_quoted || lisp_quote_list(interpreter, argument);
+}
+
+static bool evaluate_each(lisp_interpreter* interpreter, lisp_environment* environment, const lisp_closure* closure,
+                          const lisp_cell* cell, lisp_object* frame, std::uint32_t count)
+{
+    const std::uint64_t lazy = closure->signature_entries.lazy;
+    if (lazy == 0) {
+        for (std::uint32_t i = 0; i < count; ++i, cell = cell->next)
+            evaluate_argument(interpreter, environment, cell->element, &frame[i]);
+        return true;
+    }
+    const std::uint32_t last_parameter = closure->signature_entries.entry_count - 2u;
+    for (std::uint32_t i = 0; i < count; ++i, cell = cell->next) {
+        const std::uint32_t parameter = i < last_parameter ? i : last_parameter;
+        if ((lazy >> parameter & 1) == 0)
+            evaluate_argument(interpreter, environment, cell->element, &frame[i]);
+        else if (!take_lazily(interpreter, closure, cell->element, &frame[i]))
+            return false;
+    }
+    return true;
+}
+
+/* Evaluates the arguments into a new frame. Null when the evaluation was given up. */
+static inline lisp_object* evaluate_arguments(lisp_interpreter* interpreter, lisp_environment* environment,
+                                              const lisp_closure* closure, const lisp_list* list)
+{
     lisp_object* frame = interpreter->stack_top;
-    if (list->count - 1 > static_cast<std::uint64_t>(interpreter->stack_end - frame)) {
+    if (!has_room(interpreter, list->count - 1)) {
         lisp_abandon(interpreter, "error: recursion too deep!");
         return nullptr;
     }
-    const std::uint32_t last_parameter = closure->signature_entries.entry_count - 2u;
-    const std::uint64_t lazy = closure->signature_entries.lazy;
-    const lisp_cell* cell = list->first->next;
-    for (std::uint32_t i = 0; i < count; ++i, cell = cell->next) {
-        const lisp_object* element = cell->element;
-        lisp_object* argument = &frame[i];
-        const std::uint32_t parameter = i < last_parameter ? i : last_parameter;
-        if (lazy != 0 && (lazy >> parameter & 1) != 0) {
-            lisp_copy_value(argument, element);
-            if (closure->native == nullptr && element->type->kind == lisp_kind_list &&
-                !lisp_quote_list(interpreter, argument)) {
-                interpreter->stack_top = frame;
-                return nullptr;
-            }
-        } else if (element->type->kind == lisp_kind_list) {
-            lisp_set_nil(interpreter, argument);
-            interpreter->stack_top = argument + 1; // the argument is on the stack while it is being evaluated
-            lisp_evaluate_list(interpreter, argument, environment, element);
-        } else {
-            evaluate(interpreter, argument, environment, element);
-        }
-        interpreter->stack_top = argument + 1;
-    }
-    if (!interpreter->is_abandoned) return frame;
+    const std::uint32_t count = static_cast<std::uint32_t>(list->count - 1);
+    const bool is_done = evaluate_each(interpreter, environment, closure, list->first->next, frame, count);
+    if (is_done && !interpreter->is_abandoned) return frame;
     interpreter->stack_top = frame;
     return nullptr;
+}
+
+/* Two integers are what a call of arithmetic nearly always has; the function itself would do the same. */
+static inline bool compute(lisp_interpreter* interpreter, lisp_special special, const lisp_object* arguments,
+                           lisp_object* result)
+{
+    const lisp_type* integer = interpreter->kinds[lisp_kind_integer];
+    if (special < lisp_special_add || arguments[0].type != integer || arguments[1].type != integer) return false;
+    const std::int64_t first = arguments[0].payload.integer;
+    const std::int64_t second = arguments[1].payload.integer;
+    const std::uint64_t a = static_cast<std::uint64_t>(first); // wraps, where signed arithmetic must not
+    const std::uint64_t b = static_cast<std::uint64_t>(second);
+    std::uint64_t value = 0;
+    switch (special) {
+    case lisp_special_add: value = a + b; break;
+    case lisp_special_subtract: value = a - b; break;
+    case lisp_special_multiply: value = a * b; break;
+    case lisp_special_less: lisp_set_boolean(interpreter, result, first < second); return true;
+    default: lisp_set_boolean(interpreter, result, first == second); return true;
+    }
+    lisp_copy_value(result, &arguments[0]);
+    result->payload.integer = static_cast<std::int64_t>(value);
+    return true;
 }
 
 static bool remember_return_check(return_checks* checks, lisp_closure* closure)
@@ -263,6 +324,10 @@ static continuation call_closure(lisp_interpreter* interpreter, lisp_environment
 
     lisp_object* frame = evaluate_arguments(interpreter, environment, closure, list);
     if (frame == nullptr) return {};
+    if (count == 2 && compute(interpreter, closure->special, frame, result)) {
+        lisp_pop_frame(interpreter, frame);
+        return {};
+    }
     const std::uint32_t argument_count = static_cast<std::uint32_t>(count);
     if (!lisp_check_arguments(interpreter, closure, frame, argument_count)) {
         lisp_pop_frame(interpreter, frame);
@@ -351,6 +416,31 @@ run_outermost(lisp_interpreter* interpreter, lisp_object* result, lisp_environme
     interpreter->stack_top = stack_top;
 }
 
+/* A call of arithmetic with two arguments inside of another call, without what only other calls need: what it works on
+   is held by the outer call, and the function is a constant. False when the list is no such call. */
+static bool call_arithmetic(lisp_interpreter* interpreter, lisp_object* result, lisp_environment* environment,
+                            const lisp_list* list)
+{
+    if (list == nullptr || list->count != 3 || list->is_quoted || interpreter->is_abandoned) return false;
+    const lisp_cell* head = list->first;
+    if (head->element->type->kind != lisp_kind_symbol) return false;
+    const lisp_object* value = bound_value(environment, head->element);
+    if (value == nullptr || value->type->kind != lisp_kind_closure) return false;
+    const lisp_closure* closure = value->payload.closure;
+    if (closure->special < lisp_special_add || !has_room(interpreter, 2)) return false;
+
+    lisp_object* frame = interpreter->stack_top;
+    evaluate_argument(interpreter, environment, head->next->element, &frame[0]);
+    evaluate_argument(interpreter, environment, head->next->next->element, &frame[1]);
+    if (!compute(interpreter, closure->special, frame, result)) {
+        lisp_set_nil(interpreter, result);
+        if (!interpreter->is_abandoned && lisp_check_arguments(interpreter, closure, frame, 2))
+            closure->native(interpreter, environment, closure, frame, 2, result);
+    }
+    interpreter->stack_top = frame;
+    return true;
+}
+
 void lisp_evaluate_list(lisp_interpreter* interpreter, lisp_object* result, lisp_environment* environment,
                         const lisp_object* object)
 {
@@ -360,7 +450,7 @@ void lisp_evaluate_list(lisp_interpreter* interpreter, lisp_object* result, lisp
     } else if (stack_depth(interpreter, &here) > stack_depth_limit) {
         lisp_abandon(interpreter, "error: recursion too deep!");
         lisp_set_nil(interpreter, result);
-    } else {
+    } else if (!call_arithmetic(interpreter, result, environment, object->payload.list)) {
         run(interpreter, result, environment, object);
     }
 }

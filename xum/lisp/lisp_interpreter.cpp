@@ -43,6 +43,11 @@ static bool make_stacks(lisp_interpreter* interpreter, std::uint64_t region_size
     interpreter->stack = static_cast<lisp_object*>(lisp_allocate_no_fail(interpreter, records * sizeof(lisp_object)));
     interpreter->mark_stack = static_cast<lisp_object**>(
         lisp_allocate_no_fail(interpreter, lisp_mark_stack_size(region_size) * sizeof(lisp_object*)));
+    lisp_heap* heap = &interpreter->heap;
+    const std::uint64_t bitmap_size = heap->bitmap_words * sizeof(std::uint64_t);
+    heap->marked = static_cast<std::uint64_t*>(lisp_allocate_no_fail(interpreter, bitmap_size));
+    heap->kept = static_cast<std::uint64_t*>(lisp_allocate_no_fail(interpreter, bitmap_size));
+    if (heap->marked == nullptr || heap->kept == nullptr) return false;
     if (interpreter->stack == nullptr || interpreter->mark_stack == nullptr) return false;
     interpreter->stack_top = interpreter->stack;
     interpreter->stack_end = interpreter->stack + records;

@@ -6,6 +6,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#ifdef __linux__
+#    include <sys/mman.h>
+#endif
+
 static void (*fatal_handler)(const char* text) = nullptr;
 
 void lisp_set_fatal_handler(void (*handler)(const char* text))
@@ -16,6 +20,20 @@ void lisp_set_fatal_handler(void (*handler)(const char* text))
 void lisp_fatal(const char* text)
 {
     if (fatal_handler != nullptr) fatal_handler(text);
+}
+
+/* A script that makes data runs in memory that was never touched before, where a page fault costs more than the work on
+   the page: large pages make it a third. The ends of the region, which start-up touches, stay small. Only advice: a
+   system without large pages goes on as it is. */
+static void ask_for_large_pages([[maybe_unused]] void* region, [[maybe_unused]] std::uint64_t size)
+{
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+    constexpr std::uintptr_t large_page = 2u << 20;
+    constexpr std::uintptr_t small_end = 6u << 20;
+    const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(region) + small_end) & ~(large_page - 1);
+    const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(region) + size - small_end) & ~(large_page - 1);
+    if (size > 4 * small_end) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+#endif
 }
 
 bool lisp_heap_start(lisp_heap* heap, lisp_interpreter* interpreter, std::uint64_t region_size)
@@ -29,6 +47,7 @@ bool lisp_heap_start(lisp_heap* heap, lisp_interpreter* interpreter, std::uint64
     // calloc takes untouched zero pages from the system: start-up pays only for what it uses.
     heap->region = std::calloc(1, region_size);
     if (heap->region == nullptr) return false;
+    ask_for_large_pages(heap->region, region_size);
     heap->bitmap = static_cast<std::uint64_t*>(heap->region);
     heap->slots = reinterpret_cast<lisp_object*>(static_cast<char*>(heap->region) + bitmap_bytes);
     heap->byte_top = region_size - bitmap_bytes;

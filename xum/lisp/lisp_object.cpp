@@ -83,8 +83,22 @@ lisp_list* lisp_make_list(lisp_interpreter* interpreter, std::uint64_t count)
     }
     lisp_cell* cells = reinterpret_cast<lisp_cell*>(list + 1);
     for (std::uint64_t i = 0; i < count; ++i) cells[i] = {i + 1 < count ? &cells[i + 1] : nullptr, nullptr};
-    *list = {false, count != 0 ? cells : nullptr, count != 0 ? &cells[count - 1] : nullptr, count};
+    *list = {false, false, count != 0 ? cells : nullptr, count != 0 ? &cells[count - 1] : nullptr, count};
     return list;
+}
+
+bool lisp_is_leaf(const lisp_object* object)
+{
+    switch (object->type->kind) {
+    case lisp_kind_nil:
+    case lisp_kind_keyword:
+    case lisp_kind_boolean:
+    case lisp_kind_byte:
+    case lisp_kind_integer:
+    case lisp_kind_float:
+    case lisp_kind_string: return true;
+    default: return false;
+    }
 }
 
 static void set_plain(lisp_interpreter* interpreter, lisp_object* result, lisp_kind kind, lisp_payload payload)

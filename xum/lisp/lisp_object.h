@@ -34,6 +34,9 @@ lisp_string* lisp_make_string(lisp_interpreter* interpreter, const char* text, s
 /// A list record with `count` cells in one block, whose elements are still null.
 lisp_list* lisp_make_list(lisp_interpreter* interpreter, std::uint64_t count);
 
+/// Whether the value can never reach another object.
+bool lisp_is_leaf(const lisp_object* object);
+
 /// Results: each fills a record that the caller has.
 void lisp_set_integer(lisp_interpreter* interpreter, lisp_object* result, std::int64_t value);
 void lisp_set_float(lisp_interpreter* interpreter, lisp_object* result, double value);

@@ -87,6 +87,7 @@ static bool read_list(reader* r, bool is_quoted, lisp_object* result)
     lisp_list* list = lisp_make_list(r->interpreter, count_elements(r));
     if (list == nullptr) return false;
     list->is_quoted = is_quoted;
+    list->has_only_leaves = true;
     for (lisp_cell* cell = list->first; cell != nullptr; cell = cell->next) {
         const lisp_token* token = &r->tokens->tokens[r->at++];
         if (is_parenthesis(token, '(')) {
@@ -97,6 +98,7 @@ static bool read_list(reader* r, bool is_quoted, lisp_object* result)
             cell->element = atom_object(r, token);
         }
         if (cell->element == nullptr) return false;
+        list->has_only_leaves = list->has_only_leaves && lisp_is_leaf(cell->element);
     }
     ++r->at;
     lisp_set_list(r->interpreter, result, list, nullptr);

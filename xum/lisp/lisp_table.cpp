@@ -15,7 +15,7 @@ lisp_table* lisp_table_make(lisp_interpreter* interpreter)
         lisp_out_of_memory(interpreter);
         return nullptr;
     }
-    *table = {first_bucket_count, buckets, 0};
+    *table = {first_bucket_count, buckets, 0, 0, nullptr};
     return table;
 }
 
@@ -66,7 +66,7 @@ static void grow(lisp_interpreter* interpreter, lisp_table* table)
     lisp_table_entry** buckets =
         static_cast<lisp_table_entry**>(lisp_allocate_array(interpreter, count, sizeof(lisp_table_entry*)));
     if (buckets == nullptr) return;
-    lisp_table larger = {count, buckets, table->count};
+    lisp_table larger = {count, buckets, table->count, table->trace_round, nullptr};
     for (std::uint64_t i = 0; i < table->bucket_count; ++i) append_reversed(&larger, table->buckets[i]);
     *table = larger;
 }
@@ -77,19 +77,18 @@ lisp_put_result lisp_table_put(lisp_interpreter* interpreter, lisp_environment* 
     std::uint64_t hash = 0;
     if (!lisp_hash_of_value(interpreter, environment, key, &hash)) return lisp_put_nothing;
     if (lisp_table_entry* known = *find_link(table, hash, key)) {
-        lisp_copy_value(known->value, value);
+        lisp_copy_value(&known->value, value);
         return lisp_put_replaced;
     }
     // A loop over the table that is running holds places in its buckets.
     if (table->count >= table->bucket_count && interpreter->tables_in_use == 0) grow(interpreter, table);
     lisp_table_entry* entry = lisp_allocate_record<lisp_table_entry>(interpreter);
-    lisp_object* slot = entry != nullptr ? lisp_copy_to_slot(interpreter, value) : nullptr;
-    if (slot == nullptr) {
-        if (entry == nullptr) lisp_out_of_memory(interpreter);
+    if (entry == nullptr) {
+        lisp_out_of_memory(interpreter);
         return lisp_put_nothing;
     }
     lisp_table_entry** bucket = bucket_of(table, hash);
-    *entry = {*bucket, hash, *key, slot};
+    *entry = {*bucket, hash, *key, *value};
     *bucket = entry;
     ++table->count;
     return lisp_put_added;

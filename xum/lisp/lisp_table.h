@@ -7,14 +7,16 @@
 struct lisp_table_entry {
     lisp_table_entry* next;
     std::uint64_t hash;
-    lisp_object key; // a record of its own, in no slot
-    lisp_object* value;
+    lisp_object key; // both are records of their own, in no slot
+    lisp_object value;
 };
 
 struct lisp_table {
     std::uint64_t bucket_count;
     lisp_table_entry** buckets;
     std::uint64_t count;
+    std::uint64_t trace_round; // of the collector's last visit
+    lisp_table* next_to_trace;
 };
 
 /// Null, reported, when memory runs out.
