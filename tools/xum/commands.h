@@ -1,0 +1,16 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+/// The subcommands of xum, one file each. A function adds its subcommand with its options and says what is to be done
+/// when it was chosen; main.cpp calls them all. What fails throws CLI::RuntimeError with the exit status.
+
+enum ExitStatus : int {
+    exitSuccess = 0,
+    exitFailure = 1, // a script or a file
+    exitWrongUsage = 2,
+};
+
+void addLispCommand(CLI::App& app);
