@@ -30,3 +30,10 @@ TEST(Examples, texturedQuadNamesAPictureThatItCannotLoad)
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.errors.find("Cannot load the picture nosuch.png\n"), std::string::npos) << run.errors;
 }
+
+TEST(Examples, theReadmeShowsTheFirstProgramAsItIs)
+{
+    const std::string program = fileContents(XUM_SOURCE_DIRECTORY "/examples/hello_engine.cpp");
+    ASSERT_FALSE(program.empty());
+    EXPECT_NE(fileContents(XUM_SOURCE_DIRECTORY "/README.md").find("```cpp\n" + program + "```"), std::string::npos);
+}
