@@ -82,6 +82,7 @@ const HookOperations hooks[] = {
     hook<&__glewGetUniformLocation>("glGetUniformLocation"),
     hook<&__glewLinkProgram>("glLinkProgram"),
     hook<&__glewMapBuffer>("glMapBuffer"),
+    hook<&__glewShaderSource>("glShaderSource"),
     hook<&__glewUniform1f>("glUniform1f"),
     hook<&__glewUniform1i>("glUniform1i"),
     hook<&__glewUniform2f>("glUniform2f"),

@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <cstdlib>
 
+#ifndef _WIN32
 // Mesa keeps memory of drivers that are unloaded before the report is made, which no suppression can name.
-extern "C" const char* __asan_default_options();
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options();
 extern "C" const char* __asan_default_options()
 {
     return "detect_leaks=0";
 }
+#endif
 
 const std::string plainVertexSource = R"(#version 150
 in vec3 position;

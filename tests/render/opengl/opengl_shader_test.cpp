@@ -116,6 +116,26 @@ TEST_F(OpenGLShader, compileProblemIsWarnedOfWithNameAndLog)
     device->destroyShader(shader);
 }
 
+TEST_F(OpenGLShader, logOfTheCompilerIsReportedWithoutItsFinalNul)
+{
+    device->destroyShader(device->createShader(ShaderType::Fragment, "nul", terminated(brokenSource)));
+    EXPECT_EQ(fileContents("log.txt").find('\0'), std::string::npos);
+}
+
+TEST_F(OpenGLShader, destructionDeletesItsName)
+{
+    const auto countNames = [] {
+        int count = 0;
+        for (GLuint name = 1; name < 100; ++name) count += glIsShader(name) == GL_TRUE ? 1 : 0;
+        return count;
+    };
+    const int before = countNames();
+    Shader* shader = device->createShader(ShaderType::Fragment, "good", terminated(redSource));
+    EXPECT_EQ(countNames(), before + 1);
+    device->destroyShader(shader);
+    EXPECT_EQ(countNames(), before);
+}
+
 TEST_F(OpenGLShader, nameMayBeEmpty)
 {
     device->destroyShader(device->createShader(ShaderType::Fragment, "", terminated(brokenSource)));

@@ -187,3 +187,22 @@ TEST_F(OpenGLProgramCalls, uniformAfterACreationTakesTheCurrentProgramBackIntoUs
               (Calls{describe("glGetUniformLocation", name, "number"), describe("glUniform1f", location, 1.0f)}));
     EXPECT_EQ(recordedDuring([&] { device->useProgram(current); }), Calls());
 }
+
+TEST_F(OpenGLProgramCalls, shaderSourceIsSentUpToItsFirstNul)
+{
+    const struct {
+        std::string source;
+        int sent;
+    } rows[] = {{"// ab", 5}, {std::string("// ab\0", 6), 5}, {std::string("// a\0b\0", 7), 4},
+                {"", 0},      {std::string("\0", 1), 0},      {std::string("\0// a", 5), 0}};
+    for (const auto& row : rows) {
+        const std::vector<char> source(row.source.begin(), row.source.end());
+        Shader* shader = nullptr;
+        const Calls calls = recordedDuring([&] { shader = device->createShader(ShaderType::Vertex, "name", source); },
+                                           "glShaderSource");
+        ASSERT_EQ(calls.size(), 1u);
+        const std::string arguments = calls[0].substr(calls[0].find(','));
+        EXPECT_EQ(arguments, ", 1, pointer, *" + std::to_string(row.sent) + ")");
+        device->destroyShader(shader);
+    }
+}
