@@ -22,6 +22,12 @@ inline std::string textOf(const void* value)
     return value != nullptr ? "pointer" : "null";
 }
 
+/// The number itself is what counts.
+inline std::string textOf(const int* value)
+{
+    return value != nullptr ? '*' + std::to_string(*value) : "null";
+}
+
 template <class Value>
 requires std::is_arithmetic_v<Value> std::string textOf(Value value)
 {
