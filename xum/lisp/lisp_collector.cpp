@@ -39,7 +39,7 @@ struct lisp_tracer {
 std::uint64_t lisp_mark_stack_size(std::uint64_t region_size)
 {
     constexpr std::uint64_t usual = 16384;
-    const std::uint64_t most = region_size / 64 / sizeof(lisp_object*); // small regions, in tests, have a small one
+    const std::uint64_t most = region_size / 64 / sizeof(void*); // small regions, in tests, have a small one
     return most < usual ? most : usual;
 }
 

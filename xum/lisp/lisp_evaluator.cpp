@@ -116,7 +116,7 @@ static std::uint64_t stack_depth(const lisp_interpreter* interpreter, const char
     return origin > place ? origin - place : place - origin;
 }
 
-static constexpr std::uint64_t stack_depth_limit = 512 * 1024;
+static constexpr std::uint64_t stack_depth_limit = std::uint64_t{512} * 1024;
 
 bool lisp_is_stack_deep(lisp_interpreter* interpreter)
 {

@@ -18,8 +18,7 @@ std::uint64_t lisp_string_hash(const char* text, std::uint64_t length)
 bool lisp_names_start(lisp_interpreter* interpreter)
 {
     interpreter->name_bucket_count = 1024;
-    interpreter->names = static_cast<lisp_name**>(
-        lisp_allocate_no_fail(interpreter, interpreter->name_bucket_count * sizeof(lisp_name*)));
+    interpreter->names = lisp_allocate_elements_no_fail<lisp_name*>(interpreter, interpreter->name_bucket_count);
     return interpreter->names != nullptr;
 }
 
@@ -43,7 +42,7 @@ lisp_name* lisp_find_name(const lisp_interpreter* interpreter, const char* text,
 static void grow_names(lisp_interpreter* interpreter)
 {
     const std::uint64_t count = interpreter->name_bucket_count * 8;
-    lisp_name** buckets = static_cast<lisp_name**>(lisp_allocate_array(interpreter, count, sizeof(lisp_name*)));
+    lisp_name** buckets = lisp_allocate_elements<lisp_name*>(interpreter, count);
     if (buckets == nullptr) return;
     for (std::uint64_t i = 0; i < interpreter->name_bucket_count; ++i) {
         while (lisp_name* name = interpreter->names[i]) {
@@ -90,8 +89,7 @@ bool lisp_hash_table_init(lisp_hash_table* table, std::uint32_t bucket_count, bo
     table->is_growing = is_growing;
     table->count = 0;
     table->interpreter = interpreter;
-    table->buckets =
-        static_cast<lisp_hash_entry**>(lisp_allocate_array(interpreter, bucket_count, sizeof(lisp_hash_entry*)));
+    table->buckets = lisp_allocate_elements<lisp_hash_entry*>(interpreter, bucket_count);
     return table->buckets != nullptr;
 }
 

@@ -40,13 +40,12 @@ static bool make_stacks(lisp_interpreter* interpreter, std::uint64_t region_size
 {
     const std::uint64_t most = region_size / 8 / sizeof(lisp_object); // small regions, in tests, have small stacks
     const std::uint64_t records = most < value_stack_size ? most : value_stack_size;
-    interpreter->stack = static_cast<lisp_object*>(lisp_allocate_no_fail(interpreter, records * sizeof(lisp_object)));
-    interpreter->mark_stack = static_cast<lisp_object**>(
-        lisp_allocate_no_fail(interpreter, lisp_mark_stack_size(region_size) * sizeof(lisp_object*)));
+    interpreter->stack = lisp_allocate_elements_no_fail<lisp_object>(interpreter, records);
+    interpreter->mark_stack =
+        lisp_allocate_elements_no_fail<lisp_object*>(interpreter, lisp_mark_stack_size(region_size));
     lisp_heap* heap = &interpreter->heap;
-    const std::uint64_t bitmap_size = heap->bitmap_words * sizeof(std::uint64_t);
-    heap->marked = static_cast<std::uint64_t*>(lisp_allocate_no_fail(interpreter, bitmap_size));
-    heap->kept = static_cast<std::uint64_t*>(lisp_allocate_no_fail(interpreter, bitmap_size));
+    heap->marked = lisp_allocate_elements_no_fail<std::uint64_t>(interpreter, heap->bitmap_words);
+    heap->kept = lisp_allocate_elements_no_fail<std::uint64_t>(interpreter, heap->bitmap_words);
     if (heap->marked == nullptr || heap->kept == nullptr) return false;
     if (interpreter->stack == nullptr || interpreter->mark_stack == nullptr) return false;
     interpreter->stack_top = interpreter->stack;

@@ -43,8 +43,7 @@ void lisp_make_macro(lisp_interpreter* interpreter, const lisp_list* parameters,
     if (!check_parameters(interpreter, parameters, &made)) return;
     lisp_macro* macro = lisp_allocate_record<lisp_macro>(interpreter);
     if (macro != nullptr && made.parameter_count != 0)
-        made.parameters =
-            static_cast<lisp_name**>(lisp_allocate_array(interpreter, made.parameter_count, sizeof(lisp_name*)));
+        made.parameters = lisp_allocate_elements<lisp_name*>(interpreter, made.parameter_count);
     if (macro == nullptr || (made.parameter_count != 0 && made.parameters == nullptr)) {
         lisp_out_of_memory(interpreter);
         return;

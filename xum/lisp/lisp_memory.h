@@ -19,6 +19,13 @@ void* lisp_allocate(lisp_interpreter* interpreter, std::uint64_t size);
 /// The same for what start-up needs: failing is fatal.
 void* lisp_allocate_no_fail(lisp_interpreter* interpreter, std::uint64_t size);
 
+/// The same for the elements of an array.
+template <class Element>
+Element* lisp_allocate_elements_no_fail(lisp_interpreter* interpreter, std::uint64_t count)
+{
+    return static_cast<Element*>(lisp_allocate_no_fail(interpreter, count * sizeof(Element)));
+}
+
 /// `count` elements of `size` bytes; a product over 64 bits is as fatal as one over 32.
 void* lisp_allocate_array(lisp_interpreter* interpreter, std::uint64_t count, std::uint64_t size);
 
@@ -26,6 +33,12 @@ template <class Record>
 Record* lisp_allocate_record(lisp_interpreter* interpreter)
 {
     return static_cast<Record*>(lisp_allocate(interpreter, sizeof(Record)));
+}
+
+template <class Element>
+Element* lisp_allocate_elements(lisp_interpreter* interpreter, std::uint64_t count)
+{
+    return static_cast<Element*>(lisp_allocate_array(interpreter, count, sizeof(Element)));
 }
 
 /// The operation of the table; also called directly, so that it can be inlined.

@@ -16,8 +16,7 @@ lisp_object* lisp_create_object(lisp_interpreter* interpreter, const char* type_
     if (type == nullptr) return nullptr;
     lisp_type_entry* arguments = nullptr;
     if (type->parameter_count != 0) { // an empty request would be fatal
-        arguments = static_cast<lisp_type_entry*>(
-            lisp_allocate_array(interpreter, type->parameter_count, sizeof(lisp_type_entry)));
+        arguments = lisp_allocate_elements<lisp_type_entry>(interpreter, type->parameter_count);
         if (arguments == nullptr) return out_of_memory(interpreter);
     }
     const lisp_object_descriptor descriptor = {type, 0, type->parameter_count, arguments};

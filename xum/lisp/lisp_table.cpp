@@ -9,8 +9,7 @@ static constexpr std::uint64_t first_bucket_count = 16;
 lisp_table* lisp_table_make(lisp_interpreter* interpreter)
 {
     lisp_table* table = lisp_allocate_record<lisp_table>(interpreter);
-    lisp_table_entry** buckets = static_cast<lisp_table_entry**>(
-        lisp_allocate_array(interpreter, first_bucket_count, sizeof(lisp_table_entry*)));
+    lisp_table_entry** buckets = lisp_allocate_elements<lisp_table_entry*>(interpreter, first_bucket_count);
     if (table == nullptr || buckets == nullptr) {
         lisp_out_of_memory(interpreter);
         return nullptr;
@@ -63,8 +62,7 @@ static void append_reversed(lisp_table* table, lisp_table_entry* entry)
 static void grow(lisp_interpreter* interpreter, lisp_table* table)
 {
     const std::uint64_t count = table->bucket_count * 4;
-    lisp_table_entry** buckets =
-        static_cast<lisp_table_entry**>(lisp_allocate_array(interpreter, count, sizeof(lisp_table_entry*)));
+    lisp_table_entry** buckets = lisp_allocate_elements<lisp_table_entry*>(interpreter, count);
     if (buckets == nullptr) return;
     lisp_table larger = {count, buckets, table->count, table->trace_round, nullptr};
     for (std::uint64_t i = 0; i < table->bucket_count; ++i) append_reversed(&larger, table->buckets[i]);

@@ -37,7 +37,7 @@ struct lisp_tokens {
 
 /// Cuts the first complete top-level list, or all tokens up to the end, from a NUL-terminated text. The number of
 /// tokens; 0 when the expression is unreadable or there is none.
-std::uint32_t lisp_tokenize(lisp_tokens* tokens, const char* text);
+std::uint32_t lisp_tokenize(lisp_tokens* out, const char* text);
 
 /// The type that an atom's spelling belongs to; lisp_kind_other when it fits none.
 lisp_kind lisp_classify(const char* text, std::uint64_t length);

@@ -54,8 +54,7 @@ static bool fill_type(lisp_interpreter* interpreter, lisp_type* type, const char
     type->name_string = lisp_make_string(interpreter, type->name, std::strlen(type->name));
     if (type->name_string == nullptr || !add_parameters(interpreter, type, parameters)) return false;
     if (count != 0) {
-        type->unset_arguments =
-            static_cast<lisp_type_entry*>(lisp_allocate_array(interpreter, count, sizeof(lisp_type_entry)));
+        type->unset_arguments = lisp_allocate_elements<lisp_type_entry>(interpreter, count);
         if (type->unset_arguments == nullptr) return false;
     }
     type->as_argument = {type, 0, count, type->unset_arguments};
@@ -65,12 +64,11 @@ static bool fill_type(lisp_interpreter* interpreter, lisp_type* type, const char
     return true;
 }
 
-lisp_type* lisp_define_type(lisp_interpreter* interpreter, const char* name, const char* parameters,
+static lisp_type* make_type(lisp_interpreter* interpreter, const char* name, const char* parameters,
                             void (*release)(lisp_interpreter* interpreter, lisp_object* object),
                             const lisp_object* from_string, const lisp_object* to_string, const lisp_object* to_hash)
 {
     const std::size_t length = std::strlen(name);
-    if (length >= name_limit || count_parameters(parameters) > parameter_limit) return nullptr;
     lisp_type* type = static_cast<lisp_type*>(lisp_allocate(interpreter, sizeof(lisp_type) + length + 1));
     lisp_name* key = lisp_intern(interpreter, name);
     if (type == nullptr || key == nullptr) return nullptr;
@@ -87,6 +85,16 @@ lisp_type* lisp_define_type(lisp_interpreter* interpreter, const char* name, con
     if (!lisp_hash_table_put(&interpreter->types, key, type)) return nullptr;
     type->next = interpreter->newest_type;
     interpreter->newest_type = type;
+    return type;
+}
+
+lisp_type* lisp_define_type(lisp_interpreter* interpreter, const char* name, const char* parameters,
+                            void (*release)(lisp_interpreter* interpreter, lisp_object* object),
+                            const lisp_object* from_string, const lisp_object* to_string, const lisp_object* to_hash)
+{
+    if (std::strlen(name) >= name_limit || count_parameters(parameters) > parameter_limit) return nullptr;
+    lisp_type* type = make_type(interpreter, name, parameters, release, from_string, to_string, to_hash);
+    if (type == nullptr) lisp_out_of_memory(interpreter);
     return type;
 }
 
@@ -116,6 +124,16 @@ static void write_text(text_writer* writer, const char* text)
 {
     for (; *text != '\0' && writer->length + 1 < writer->size; ++text) writer->out[writer->length++] = *text;
     if (writer->size != 0) writer->out[writer->length] = '\0';
+}
+
+static text_writer start_text(char* out, std::size_t size)
+{
+    text_writer writer;
+    writer.out = out;
+    writer.size = size;
+    writer.length = 0;
+    write_text(&writer, "");
+    return writer;
 }
 
 static void write_entry(text_writer* writer, const lisp_type_entry* entry);
@@ -158,8 +176,7 @@ static void write_entry(text_writer* writer, const lisp_type_entry* entry)
 std::size_t lisp_write_entry(const lisp_interpreter* /*interpreter*/, const lisp_type_entry* entry, char* out,
                              std::size_t size)
 {
-    text_writer writer = {out, size, 0};
-    write_text(&writer, "");
+    text_writer writer = start_text(out, size);
     write_entry(&writer, entry);
     return writer.length;
 }
@@ -167,8 +184,7 @@ std::size_t lisp_write_entry(const lisp_interpreter* /*interpreter*/, const lisp
 std::size_t lisp_write_value_type(const lisp_interpreter* /*interpreter*/, const lisp_object* object, char* out,
                                   std::size_t size)
 {
-    text_writer writer = {out, size, 0};
-    write_text(&writer, "");
+    text_writer writer = start_text(out, size);
     if (object->type->kind == lisp_kind_closure)
         write_text(&writer, object->payload.closure->signature->characters);
     else
