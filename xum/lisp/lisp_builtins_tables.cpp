@@ -16,7 +16,8 @@ static constexpr std::size_t type_text_size = 2048;
 static bool set_type(lisp_interpreter* interpreter, const char* text, bool fits, lisp_object* value)
 {
     lisp_type_entry entry;
-    if (!fits || !lisp_parse_type(interpreter, text, &entry)) {
+    // A text with an arrow or nothing in it makes a signature of the whole.
+    if (!fits || !lisp_parse_type(interpreter, text, &entry) || entry.type != value->type) {
         lisp_print_line(interpreter, "error: type not found!");
         return false;
     }

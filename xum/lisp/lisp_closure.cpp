@@ -257,7 +257,7 @@ static bool append_return_type(closure_form* form)
 static bool is_variable_keyword(const lisp_object* object)
 {
     const char* text = keyword_text(object);
-    return text != nullptr && std::strlen(text) == 2;
+    return text != nullptr && std::strlen(text) == 2 && text[1] >= 'a' && text[1] <= 'z';
 }
 
 /* ((:a :integer :float) ...): a variable and the types that it may be bound to. */
