@@ -18,7 +18,7 @@ static bool set_type(lisp_interpreter* interpreter, const char* text, bool fits,
     lisp_type_entry entry;
     // A text with an arrow or nothing in it makes a signature of the whole.
     if (!fits || !lisp_parse_type(interpreter, text, &entry) || entry.type != value->type) {
-        lisp_print_line(interpreter, "error: type not found!");
+        if (!interpreter->is_abandoned) lisp_print_line(interpreter, "error: type not found!");
         return false;
     }
     value->type_argument_count = entry.count;

@@ -48,7 +48,7 @@ static bool finish_closure(lisp_interpreter* interpreter, lisp_closure* closure)
     closure->has_plain_checks = true;
     closure->has_variable_checks = true;
     if (parameters != 0) {
-        closure->checks = static_cast<lisp_check*>(lisp_allocate_array(interpreter, parameters, sizeof(lisp_check)));
+        closure->checks = lisp_allocate_elements<lisp_check>(interpreter, parameters);
         if (closure->checks == nullptr) return false;
     }
     for (std::uint32_t i = 0; i < parameters; ++i) {
@@ -323,8 +323,7 @@ static bool record_parameters(closure_form* form, lisp_closure* closure, lisp_en
     closure->environment = lisp_environment_make(form->interpreter, environment);
     if (closure->environment == nullptr) return false;
     if (count == 0) return true;
-    closure->parameters = static_cast<lisp_closure_parameter*>(
-        lisp_allocate_array(form->interpreter, count, sizeof(lisp_closure_parameter)));
+    closure->parameters = lisp_allocate_elements<lisp_closure_parameter>(form->interpreter, count);
     if (closure->parameters == nullptr) return false;
     for (std::uint32_t i = 0; i < count; ++i) closure->parameters[i] = {form->names[i], nullptr};
     return true;
@@ -339,7 +338,7 @@ static lisp_closure* build_closure(closure_form* form, lisp_environment* environ
         return nullptr;
     }
     if (form->is_malformed || !lisp_parse_signature(interpreter, form->text, &closure->signature_entries)) {
-        lisp_print_line(interpreter, "error: invalid signature!");
+        if (!interpreter->is_abandoned) lisp_print_line(interpreter, "error: invalid signature!");
         return nullptr;
     }
     closure->signature = lisp_make_string(interpreter, form->text, form->length);
@@ -368,7 +367,7 @@ void lisp_make_closure(lisp_interpreter* interpreter, lisp_environment* environm
     form.length = 0;
     form.depth = 0;
     if (const char* problem = check_form(&form)) {
-        lisp_print_line(interpreter, problem);
+        if (!interpreter->is_abandoned) lisp_print_line(interpreter, problem);
         return;
     }
     if (lisp_closure* closure = build_closure(&form, environment)) lisp_set_closure(interpreter, result, closure);

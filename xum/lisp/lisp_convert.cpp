@@ -116,13 +116,17 @@ bool lisp_value_from_text(lisp_interpreter* interpreter, lisp_kind kind, const c
     case lisp_kind_keyword: {
         if (!lisp_is_keyword_text(text, length)) return false;
         lisp_name* name = lisp_intern(interpreter, text, length);
-        if (name == nullptr) return false;
+        if (name == nullptr) {
+            lisp_out_of_memory(interpreter);
+            return false;
+        }
         lisp_set_keyword(interpreter, result, &name->text);
         return true;
     }
     case lisp_kind_symbol: {
         if (!lisp_is_symbol_text(text, length)) return false;
         lisp_name* name = lisp_intern(interpreter, text, length);
+        if (name == nullptr) lisp_out_of_memory(interpreter);
         const lisp_object* symbol = name != nullptr ? lisp_make_symbol(interpreter, name) : nullptr;
         if (symbol == nullptr) return false;
         lisp_copy_value(result, symbol);

@@ -44,6 +44,7 @@ static atom_result read_atom(reader* r, const lisp_token* token, lisp_object* va
         return lisp_value_from_text(r->interpreter, kind, token->text, token->length, value) ? atom_made : atom_failed;
 
     lisp_name* name = lisp_intern(r->interpreter, token->text, token->length);
+    if (name == nullptr) lisp_out_of_memory(r->interpreter);
     *shared = name != nullptr ? symbol_for(r, name) : nullptr;
     if (*shared == nullptr) return atom_failed;
     (*shared)->payload.symbol->is_quoted = token->is_quoted;

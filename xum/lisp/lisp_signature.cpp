@@ -66,9 +66,11 @@ static bool parse_keyword(type_parser* parser, lisp_type_entry* out)
 
 static lisp_type_entry* copy_entries(lisp_interpreter* interpreter, const lisp_type_entry* entries, std::uint32_t count)
 {
-    lisp_type_entry* copy =
-        static_cast<lisp_type_entry*>(lisp_allocate_array(interpreter, count, sizeof(lisp_type_entry)));
-    if (copy != nullptr) std::memcpy(copy, entries, count * sizeof(lisp_type_entry));
+    lisp_type_entry* copy = lisp_allocate_elements<lisp_type_entry>(interpreter, count);
+    if (copy == nullptr)
+        lisp_out_of_memory(interpreter);
+    else
+        std::memcpy(copy, entries, count * sizeof(lisp_type_entry));
     return copy;
 }
 
@@ -77,9 +79,11 @@ static bool parse_arguments(type_parser* parser, lisp_type_entry* out)
 {
     if (out->type == nullptr || out->type->parameter_count == 0) return false;
     const std::uint8_t count = out->type->parameter_count;
-    lisp_type_entry* arguments =
-        static_cast<lisp_type_entry*>(lisp_allocate_array(parser->interpreter, count, sizeof(lisp_type_entry)));
-    if (arguments == nullptr) return false;
+    lisp_type_entry* arguments = lisp_allocate_elements<lisp_type_entry>(parser->interpreter, count);
+    if (arguments == nullptr) {
+        lisp_out_of_memory(parser->interpreter);
+        return false;
+    }
     for (std::uint8_t i = 0; i < count; ++i) {
         if (!parse_type(parser, &arguments[i])) return false;
         skip_blanks(parser);

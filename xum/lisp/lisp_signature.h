@@ -17,7 +17,7 @@ struct lisp_signature {
 };
 
 /// Parses a signature. False when it is malformed, names an unknown type, has a rest mark before the last parameter or
-/// more than 64 parameters, or when memory runs out; nothing is reported.
+/// more than 64 parameters, none of which is reported, or when memory runs out, which is.
 bool lisp_parse_signature(lisp_interpreter* interpreter, const char* text, lisp_signature* out);
 
 /// Parses one type, "(:array :integer)". As above.
