@@ -1,0 +1,1 @@
+(print (array 1 "(:list)"))

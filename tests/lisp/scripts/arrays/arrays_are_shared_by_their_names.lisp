@@ -1,0 +1,5 @@
+(define a (array 1 ":integer"))
+(define b a)
+(array-set! a 0 7)
+(print (array-get b 0))
+(print (= a b))

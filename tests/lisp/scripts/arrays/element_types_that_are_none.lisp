@@ -1,0 +1,8 @@
+(print (array 1 ":nosuch"))
+(print (array 1 "integer"))
+(print (array 1 ""))
+(print (array 1 ":INTEGER"))
+(print (array 1 ":integer :float"))
+(print (array 1 ":integer) (:list :any"))
+(print (array 1 "-> :float"))
+(print (array 1 "(:list :integer"))

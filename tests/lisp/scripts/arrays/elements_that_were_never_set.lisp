@@ -1,0 +1,6 @@
+(print (array-get (array 9 ":boolean") 8))
+(print (array-get (array 1 ":byte") 0))
+(print (array-get (array 1 ":integer") 0))
+(print (array-get (array 1 ":float") 0))
+(print (array-get (array 1 ":string") 0))
+(print (array-get (array 1 ":any") 0))

@@ -1,0 +1,8 @@
+(define a (array 3 ":integer"))
+(print (array-get a 3))
+(print (array-get a -1))
+(array-set! a 3 1)
+(array-set! a -1 1)
+(array-get a 9223372036854775807)
+(array-get a -9223372036854775808)
+(print (array-get a 2))

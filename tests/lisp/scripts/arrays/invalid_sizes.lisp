@@ -1,0 +1,5 @@
+(print (array 0 ":integer"))
+(print (array -1 ":integer"))
+(print (array 0 ":nosuch"))
+(array "3" ":integer")
+(array 3 :integer)

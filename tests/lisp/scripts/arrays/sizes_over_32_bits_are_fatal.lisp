@@ -1,0 +1,5 @@
+(print (array 0x7fffffffffffffff ":integer"))
+(print (array 536870912 ":integer"))
+(print (array 4294967296 ":byte"))
+(print (array 0x7fffffffffffffff ":boolean"))
+(display "still here")

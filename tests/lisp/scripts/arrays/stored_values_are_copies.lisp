@@ -1,0 +1,8 @@
+(define a (array 1 ":any"))
+(define x 1)
+(array-set! a 0 x)
+(set! x 2)
+(print (array-get a 0))
+(define y (array-get a 0))
+(array-set! a 0 3)
+(print y)

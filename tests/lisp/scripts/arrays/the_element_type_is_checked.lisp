@@ -1,0 +1,5 @@
+(define a (array 2 ":integer"))
+(array-set! a 0 1.5)
+(array-set! a 0 "text")
+(print (array-get a 0))
+(array-get (list 1) 0)

@@ -1,0 +1,2 @@
+(print ((closure ())))
+(print ((closure ((x)) -> :integer) 5))

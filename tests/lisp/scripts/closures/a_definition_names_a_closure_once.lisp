@@ -1,0 +1,6 @@
+(define first (closure ((n :integer)) n))
+(define second first)
+(first "a")
+(second "b")
+(define-constant third (closure ((n :integer)) n))
+(third "c")

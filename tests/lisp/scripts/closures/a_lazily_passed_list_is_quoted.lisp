@@ -1,0 +1,5 @@
+(define f (closure ((x :lazy)) (eval x)))
+(print (f (+ 1 2)))
+(define g (closure ((x :lazy)) x))
+(print (g (+ 1 2)))
+(print (list-size (g (+ 1 2))))

@@ -1,0 +1,4 @@
+(define f (closure ((x :lazy)) (type-of x)))
+(print (f (display "no")))
+(print (f nowhere))
+(print (f 5))

@@ -1,0 +1,6 @@
+(define f (closure ((n :integer)) n))
+(f (closure ((x) (y :string)) -> :nil 1))
+(f +)
+(f (array 1 ":float"))
+(f (hash-table ":string" ":any"))
+(f (macro () (list)))

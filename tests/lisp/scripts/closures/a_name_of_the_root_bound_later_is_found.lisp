@@ -1,0 +1,4 @@
+(define f (closure () later))
+(f)
+(define later 5)
+(print (f))

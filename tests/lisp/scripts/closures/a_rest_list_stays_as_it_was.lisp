@@ -1,0 +1,6 @@
+(define f (closure ((all :rest)) all))
+(define a (f 1 2))
+(define b (f 3))
+(print (head a))
+(print (list-size a))
+(print (head b))

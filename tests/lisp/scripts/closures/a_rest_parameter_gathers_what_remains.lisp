@@ -1,0 +1,5 @@
+(define f (closure ((x) (more :rest)) (print more) (list-size more)))
+(print (f 1 2 3))
+(print (f 1 "two"))
+(print (f 1))
+(f)

@@ -1,0 +1,5 @@
+(define f (closure ((x :a) (y)) -> :a y))
+(print (f 1 2))
+(print (f 1 "a"))
+(define g (closure () -> :a "anything"))
+(print (g))

@@ -1,0 +1,1 @@
+(print (closure ((x :integer :rest)) x))

@@ -1,0 +1,5 @@
+(define f (closure ((n :integer) (s :string)) -> :string s))
+(print (f 1 "a"))
+(print (f "a" 1))
+(f 1)
+(f 1 "a" 2)

@@ -1,0 +1,2 @@
+(define f (closure ((x :a)) => ((:a :integer)) -> :a x))
+(print (f "text"))

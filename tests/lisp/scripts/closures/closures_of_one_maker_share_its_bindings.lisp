@@ -1,0 +1,5 @@
+(define make (closure ((n)) (closure () n)))
+(define one (make 1))
+(define two (make 2))
+(print (one))
+(print (two))

@@ -1,0 +1,8 @@
+(print (closure ((x :any)) -> :any x))
+(print (closure ((f (:any))) (f)))
+(print (closure ((f (:integer -> :string -> :nil))) 1))
+(print (closure ((f ((:a -> :b) -> (:list :a) -> (:list :b)))) f))
+(print (closure () -> (:list :integer) (list 1)))
+(print (closure ((x :nil)) -> (:array :float) x))
+(print (closure ((x (:list (:list :a)))) x))
+(print (closure ((x)) -> (:integer -> :integer) x))

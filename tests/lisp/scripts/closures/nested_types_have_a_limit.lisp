@@ -1,0 +1,3 @@
+(define s (closure ((x (:list (:list (:list (:list (:list (:list (:list (:list :integer)))))))))) x))
+(print s)
+(print (closure ((x (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list (:list :integer)))))))))))))))))))))))))))))))))))))))))) x))

@@ -1,0 +1,5 @@
+(define f (closure ((x :lazy)) (type-of x)))
+(define call (closure () (f (+ 1 2))))
+(print (call))
+(set! f (closure ((x)) x))
+(print (call))

@@ -1,0 +1,8 @@
+(print (closure () -> 5 1))
+(print (closure () -> "text" 1))
+(print (closure () -> name 1))
+(print (closure () -> :nosuch 1))
+(print (closure () -> (:list :nosuch) 1))
+(print (closure () -> () 1))
+(print (closure () -> :rest 1))
+(print (closure () -> :optional 1))

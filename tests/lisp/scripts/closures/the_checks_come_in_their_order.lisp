@@ -1,0 +1,5 @@
+(closure (x) -> 5 => 5 x)
+(closure ((x :nosuch)) -> 5 => 5 x)
+(closure ((x :nosuch)) => 5 x)
+(closure ((x :nosuch)) => ((:a :nosuch)) x)
+(closure ((x :nosuch)) x)

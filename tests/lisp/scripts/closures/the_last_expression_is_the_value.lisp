@@ -1,0 +1,1 @@
+(print ((closure () 1 "two" 3.5)))

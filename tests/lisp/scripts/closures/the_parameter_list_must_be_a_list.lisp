@@ -1,0 +1,2 @@
+(closure 5 1)
+(closure)

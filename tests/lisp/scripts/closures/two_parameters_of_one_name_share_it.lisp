@@ -1,0 +1,2 @@
+(define f (closure ((x) (x)) x))
+(print (f 1 2))

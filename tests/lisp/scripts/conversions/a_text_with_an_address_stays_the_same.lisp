@@ -1,0 +1,5 @@
+(define xs (list 1))
+(print (= (to-string xs) (to-string xs)))
+(print (= (to-string xs) (to-string (list 1))))
+(print (= (to-hash xs) (to-hash xs)))
+(print (= (to-hash print) (to-hash print)))

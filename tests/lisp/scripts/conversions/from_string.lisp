@@ -1,0 +1,7 @@
+(print (from-string :integer "-12"))
+(print (from-string :float "1.5"))
+(print (from-string :boolean ":true"))
+(print (from-string :boolean ":false"))
+(print (from-string :keyword ":key"))
+(print (from-string :symbol "name"))
+(print (from-string :string "any text"))

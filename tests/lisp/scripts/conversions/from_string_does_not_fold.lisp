@@ -1,0 +1,2 @@
+(print (from-string :symbol "Name"))
+(print (from-string :keyword ":Key"))

@@ -1,0 +1,6 @@
+(define s "text")
+(print (= (to-string s) s))
+(print (from-string :string (to-string "")))
+(to-string)
+(to-hash 1 2)
+(from-string :integer)

@@ -1,0 +1,5 @@
+(print (to-string (list 1)))
+(print (to-string (array 1 ":integer")))
+(print (to-string (hash-table ":any" ":any")))
+(print (to-string print))
+(print (to-string (macro () (list))))

@@ -1,0 +1,4 @@
+(define x 1)
+(define f (closure () (define x 2) x))
+(print (f))
+(print x)

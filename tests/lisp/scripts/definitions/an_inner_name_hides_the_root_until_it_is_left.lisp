@@ -1,0 +1,8 @@
+(define f (closure () (define inner "inner") (g)))
+(define g (closure () inner))
+(f)
+(define inner "root")
+(print (f))
+(define h (closure ((inner)) inner))
+(print (h "argument"))
+(print inner)

@@ -1,0 +1,5 @@
+(print (define-constant x 1))
+(print (define x 2))
+(define-constant x 3)
+(set! x 4)
+(print x)

@@ -1,0 +1,2 @@
+(print (define x 10))
+(print x)

@@ -1,0 +1,3 @@
+(define x 1)
+(define x "two")
+(print x)

@@ -1,0 +1,3 @@
+(define x :nil)
+(print x)
+(print (get x))

@@ -1,0 +1,6 @@
+(define x 5)
+(print (get x))
+(print (get nowhere))
+(print (get +))
+(get "x")
+(get 'x)

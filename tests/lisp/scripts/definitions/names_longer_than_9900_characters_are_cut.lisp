@@ -1,0 +1,8 @@
+(define s "a123456789")
+(define s100 (+ s s s s s s s s s s))
+(define s1000 (+ s100 s100 s100 s100 s100 s100 s100 s100 s100 s100))
+(define s9900 (+ s1000 s1000 s1000 s1000 s1000 s1000 s1000 s1000 s1000 s100 s100 s100 s100 s100 s100 s100 s100 s100))
+(print (string-size s9900))
+(define define-long (closure ((suffix :string)) (eval (list define (from-string :symbol (+ s9900 suffix)) 1))))
+(print (define-long "first"))
+(print (define-long "second"))

@@ -1,0 +1,6 @@
+(define "x" 1)
+(define (f) 1)
+(define :x 1)
+(set! 5 1)
+(define-constant 5 1)
+(define x)

@@ -1,0 +1,2 @@
+(print (set! nowhere (do (display "evaluated") 1)))
+nowhere

@@ -1,0 +1,5 @@
+(define x 1)
+(print (set! x 2))
+(print x)
+(print (set! x "other type"))
+(print x)

@@ -1,0 +1,6 @@
+(print +lisp+)
+(print +lisp-version+)
+(print *load-path*)
+(print (head *load-path*))
+(print *load-extension*)
+(print +pi+)

@@ -1,0 +1,4 @@
+(define text (closure () "text"))
+(define number (closure () -> :integer (text)))
+(define outer (closure () -> :integer (number)))
+(print (outer))

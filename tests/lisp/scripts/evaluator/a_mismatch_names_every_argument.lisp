@@ -1,0 +1,1 @@
+(array-set! 1 "two" 3)

@@ -1,0 +1,2 @@
+(print nowhere)
+nowhere

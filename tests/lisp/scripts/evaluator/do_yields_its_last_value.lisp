@@ -1,0 +1,3 @@
+(print (do 1 2 3))
+(print (do))
+(print (do (display "first") "second"))

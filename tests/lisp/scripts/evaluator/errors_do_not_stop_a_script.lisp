@@ -1,0 +1,3 @@
+(print (head (list)))
+(print nowhere)
+(display "still here")

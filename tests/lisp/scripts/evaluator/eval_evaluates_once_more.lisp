@@ -1,0 +1,6 @@
+(print (eval (read "(+ 1 2)")))
+(print (eval 5))
+(define x 7)
+(define name (read "x"))
+(print (type-of name))
+(print (eval name))

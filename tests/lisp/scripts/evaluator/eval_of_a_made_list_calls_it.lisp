@@ -1,0 +1,1 @@
+(print (eval (cons + (list 1 2))))

@@ -1,0 +1,2 @@
+(define f (closure ((local)) (eval (read "local"))))
+(print (f 42))

@@ -1,0 +1,3 @@
+(define when if)
+(define block do)
+(print (when :true (block 1 2) (display "no")))

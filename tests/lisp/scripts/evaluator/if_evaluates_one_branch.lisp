@@ -1,0 +1,4 @@
+(if :true (display "then") (display "else"))
+(if :false (display "then") (display "else"))
+(print (if (< 1 2) 1 2))
+(print (if (< 2 1) 1 2))

@@ -1,0 +1,5 @@
+(define calls '(+ 1 2))
+(print (eval (list-reverse (list-reverse calls))))
+(print (eval (cons (head calls) (tail calls))))
+(print (eval (map (closure ((x)) x) calls)))
+(print (list-size (tail '(1 2 3))))

@@ -1,0 +1,5 @@
+(define m (macro (x) (+ ,x 1)))
+(define n m)
+(print (type-of m))
+(print (n 4))
+(print (= m n))

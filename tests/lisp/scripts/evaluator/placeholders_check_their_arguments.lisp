@@ -1,0 +1,4 @@
+(filter 1 2)
+(loop)
+(loop 1)
+(hash-table-map 1 2)

@@ -1,0 +1,7 @@
+(define t (hash-table ":string" ":integer"))
+(hash-table-put! t "a" 1)
+(print (filter (closure ((n :integer)) -> :boolean (< n 2)) (list 1 2 3)))
+(print (loop (x 1) (display "no")))
+(print (loop (x 1) 1 2))
+(print (hash-table-map (closure ((k :string) (v :integer)) -> :integer (+ v 1)) t))
+(print (hash-table-get t "a"))

@@ -1,0 +1,2 @@
+(read "(display no)")
+(print (type-of (read "nowhere")))

@@ -1,0 +1,5 @@
+(define s "          ")
+(define s100 (+ s s s s s s s s s s))
+(define s1000 (+ s100 s100 s100 s100 s100 s100 s100 s100 s100 s100))
+(print (read (+ s1000 "               12345678901")))
+(print (read (+ s1000 "                       tail")))

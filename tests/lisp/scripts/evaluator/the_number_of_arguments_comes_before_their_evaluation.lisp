@@ -1,0 +1,2 @@
+(head (display "evaluated") 2)
+(cons (display "evaluated"))

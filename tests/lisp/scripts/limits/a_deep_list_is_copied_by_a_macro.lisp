@@ -1,0 +1,7 @@
+(define nest (closure ((n :integer) (x)) (if (= n 0) x (nest (- n 1) (list x)))))
+(define body (nest 100000 1))
+(define m (eval (list macro (list) body)))
+(print (type-of m))
+(m)
+(macro-expand (m))
+(display "behind")

@@ -1,0 +1,6 @@
+(define f (closure ((n :integer)) (+ 1 (f n))))
+(print (f 1))
+(display "behind")
+(define g (closure ((n :integer)) (+ (g n) (g n))))
+(g 1)
+(display "behind")

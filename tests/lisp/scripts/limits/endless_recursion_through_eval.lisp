@@ -1,0 +1,3 @@
+(define f (closure () (list (eval (read "(f)")))))
+(f)
+(display "behind")

@@ -1,0 +1,5 @@
+(define m (macro (x) (list (m ,x))))
+(m 1)
+(define n (macro (x) (list , (n 1))))
+(n 1)
+(display "behind")

@@ -1,0 +1,6 @@
+(define open "(:list (:list (:list (:list (:list (:list (:list (:list ")
+(define close "))))))))")
+(print (array-size (array 1 (+ open open ":integer" close close))))
+(define open32 (+ open open open open))
+(define close32 (+ close close close close))
+(print (array 1 (+ open32 open32 ":integer" close32 close32)))

@@ -1,0 +1,5 @@
+(define make (closure ((n :integer) (xs)) (if (= n 0) xs (make (- n 1) (cons n xs)))))
+(define xs (make 1000 (list)))
+(print xs)
+(print (head xs))
+(print (head (list-reverse xs)))

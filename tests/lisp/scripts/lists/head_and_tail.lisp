@@ -1,0 +1,7 @@
+(define xs (list 1 2 3))
+(print (head xs))
+(print (tail xs))
+(for-each print (tail xs))
+(print (tail (list 1)))
+(print (list-size (tail (tail (tail xs)))))
+(print xs)

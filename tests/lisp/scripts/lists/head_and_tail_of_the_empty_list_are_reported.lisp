@@ -1,0 +1,5 @@
+(print (head (list)))
+(print (tail (list)))
+(print (head (tail (list 1))))
+(head 5)
+(tail "text")

@@ -1,0 +1,6 @@
+(define xs (list 1 2 3))
+(for-each print (list-reverse xs))
+(print (list-reverse xs))
+(print (head xs))
+(print (list-reverse (list)))
+(print (list-reverse '(1 2)))

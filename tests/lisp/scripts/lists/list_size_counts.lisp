@@ -1,0 +1,3 @@
+(print (list-size (list)))
+(print (list-size '(1 (2 3) "x")))
+(list-size "text")

@@ -1,0 +1,6 @@
+(define xs (list 3))
+(define a (cons 1 xs))
+(define b (cons 2 xs))
+(for-each print a)
+(for-each print b)
+(for-each print (list-reverse (cons 0 (tail a))))

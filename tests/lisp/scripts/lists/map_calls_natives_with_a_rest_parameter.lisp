@@ -1,0 +1,3 @@
+(define rows (map list (list 1 2)))
+(print rows)
+(print (head rows))

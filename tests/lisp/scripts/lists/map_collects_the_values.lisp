@@ -1,0 +1,7 @@
+(define double (closure ((n :integer)) -> :integer (* n 2)))
+(for-each print (map double (list 1 2 3)))
+(print (map double (list 1 2)))
+(print (map double '(1 2)))
+(print (map double (list)))
+(print (map (closure ((x)) (to-string x)) (list 1 :b)))
+(print (map (closure ((x)) :nil) (list 1 2)))

@@ -1,0 +1,3 @@
+(define xs (list 1 2 3))
+(for-each (closure ((x)) (set! xs :nil) (print x)) xs)
+(print xs)

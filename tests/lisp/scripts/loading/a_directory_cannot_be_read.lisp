@@ -1,0 +1,2 @@
+(print (load "folder"))
+;;; directory base/folder.lisp

@@ -1,0 +1,3 @@
+(print (load "nosuch"))
+(print (load ""))
+(load 5)

@@ -1,0 +1,4 @@
+(print (load "endless"))
+(display "behind")
+;;; file base/endless.lisp
+(load "endless")

@@ -1,0 +1,6 @@
+(print (load "other"))
+(print kept)
+(print lost)
+;;; file base/other.lisp
+(define kept 1)
+(define lost 2

@@ -1,0 +1,5 @@
+(print (load "other"))
+;;; file base/other.lisp
+(head (list))
+(list nosuch)
+(display "end")

@@ -1,0 +1,5 @@
+(define make (macro (name value) (define ,name ,value)))
+(make fresh 1)
+(print fresh)
+(make fresh 2)
+(print fresh)

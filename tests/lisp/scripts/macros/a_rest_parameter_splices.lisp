@@ -1,0 +1,6 @@
+(define sum (macro (a more :rest) (+ ,a ,@ more)))
+(print (sum 1 2 3))
+(print (sum 1 2))
+(sum 1)
+(sum)
+(macro-expand (sum 1 2 3))

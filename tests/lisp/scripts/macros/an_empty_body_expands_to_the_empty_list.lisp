@@ -1,0 +1,3 @@
+(define m (macro () ()))
+(m)
+(macro-expand (m))

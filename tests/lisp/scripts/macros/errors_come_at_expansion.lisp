@@ -1,0 +1,3 @@
+(define m (macro (x) (list ,nosuch)))
+(display "made")
+(m 1)

@@ -1,0 +1,8 @@
+(define m (macro (a) (list , a)))
+(m 1)
+(define n (macro (a) (list ,)))
+(n 1)
+(define o (macro (a) (list ,,@ a)))
+(o 1)
+(define p (macro (a) (list ,,@)))
+(p 1)

@@ -1,0 +1,5 @@
+(define m (macro (x) (+ ,x 1)))
+(print (m 1))
+(print (m 10))
+(macro-expand (m 1))
+(print (m 100))

@@ -1,0 +1,8 @@
+(define m (macro (x) (list ,,x)))
+(m 1)
+(define n (macro (x) (list ,@x)))
+(n 1)
+(define o (macro (x) (list ,,@x)))
+(o 1)
+(define p (macro (x) (list ,,)))
+(p 1)

@@ -1,0 +1,7 @@
+(define m (macro (x) (display ,x)))
+(print (macro-expand (m "no")))
+(macro-expand (+ 1 2))
+(macro-expand (nosuch 1))
+(macro-expand ())
+(macro-expand (m))
+(macro-expand 5)

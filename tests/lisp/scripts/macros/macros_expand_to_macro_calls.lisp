@@ -1,0 +1,3 @@
+(define one (macro (x) (+ ,x 1)))
+(define two (macro (x) (one (one ,x))))
+(print (two 5))

@@ -1,0 +1,6 @@
+(define m (macro (a) (, (+ 1 2) 1)))
+(m 1)
+(define n (macro (a) (,,@ (list 1) 1)))
+(n 1)
+(define o (macro (a) (,@ a 1)))
+(o (1 2))

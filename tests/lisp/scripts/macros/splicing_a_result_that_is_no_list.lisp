@@ -1,0 +1,2 @@
+(define m (macro (a) (list ,,@ (+ 1 2))))
+(print (m 1))

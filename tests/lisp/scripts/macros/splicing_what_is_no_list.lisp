@@ -1,0 +1,7 @@
+(define m (macro (a) (list ,@ a)))
+(print (m 1))
+(print (m (1 2)))
+(define n (macro (a) (list ,@)))
+(n 1)
+(define o (macro (a) (list ,@ 5)))
+(o 1)

@@ -1,0 +1,3 @@
+(define show (macro () (list local)))
+(define f (closure ((local)) (head (show))))
+(print (f "mine"))

@@ -1,0 +1,6 @@
+(define m (macro (a b) (list ,a ,b)))
+(m 1)
+(m 1 2 3)
+(define none (macro () (display "none")))
+(none 1)
+(none)

@@ -1,0 +1,11 @@
+(define f (closure ((x))
+    (set! f :nil)
+    (garbage-collection)
+    (set! litter (list 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30 31 32))
+    (display "still")
+    (display "running")
+    (print x)))
+(define litter :nil)
+;;; next script
+(f (list 1 2))
+(print f)

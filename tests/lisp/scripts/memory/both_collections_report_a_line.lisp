@@ -1,0 +1,5 @@
+(garbage-collection)
+(full-garbage-collection)
+(print (garbage-collection))
+(print (full-garbage-collection))
+(garbage-collection 1)

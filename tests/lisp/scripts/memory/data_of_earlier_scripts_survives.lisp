@@ -1,0 +1,11 @@
+(define xs (list "a" (list "b" (list "c"))))
+(define a (array 2 ":any"))
+(array-set! a 0 (list "d"))
+(define t (hash-table ":string" ":any"))
+(hash-table-put! t "key" (list "e"))
+;;; next script
+(garbage-collection)
+(define litter '(1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30 31 32 33 34 35 36))
+(print (head (head (tail (head (tail xs))))))
+(print (head (array-get a 0)))
+(print (head (hash-table-get t "key")))

@@ -1,0 +1,11 @@
+(define square (closure ((n :integer)) -> :integer (* n n)))
+(define increment (macro (x) (+ ,x 1)))
+(define make (closure ((n)) (closure ((m)) (+ n m))))
+(define add (make 10))
+;;; next script
+(garbage-collection)
+(define litter '(1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30 31 32 33 34 35 36))
+(define more '("a" "b" "c" "d" "e" "f" "g" "h" "i" "j" "k" "l" "m" "n" "o" "p" "q" "r" "s" "t" "u" "v" "w" "x" "y"))
+(print (square 5))
+(print (increment 5))
+(print (add 5))

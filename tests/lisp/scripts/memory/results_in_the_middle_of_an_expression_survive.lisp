@@ -1,0 +1,6 @@
+(define x (list 1 2 3))
+;;; next script
+(define result (list x (do (garbage-collection) 1) (+ 1 1) (list "fresh")))
+(define litter '(1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30 31 32 33 34 35 36))
+(print (list-size (head result)))
+(print (head (head (list-reverse result))))

@@ -1,0 +1,3 @@
+(system-info)
+(print (system-info))
+(system-info 1)

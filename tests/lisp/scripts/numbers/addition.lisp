@@ -1,0 +1,6 @@
+(print (+ 1 2 3))
+(print (+ 1.5 2.5))
+(print (+ 1 2))
+(print (+ "a" "b" "c"))
+(print (+ 1 2 3 4 5 6))
+(print (+ "" ""))

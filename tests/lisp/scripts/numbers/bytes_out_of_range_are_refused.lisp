@@ -1,0 +1,3 @@
+(print (byte 256))
+(print (byte -1))
+(byte 1.0)

@@ -1,0 +1,7 @@
+(print (from-string :float "1e3"))
+(print (from-string :float "  2.5tail"))
+(print (from-string :float "7"))
+(print (from-string :float "inf"))
+(print (from-string :float ".5"))
+(print (from-string :float "none"))
+(print (from-string :float ""))

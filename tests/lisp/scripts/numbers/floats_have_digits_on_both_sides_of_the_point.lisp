@@ -1,0 +1,7 @@
+(print 1.5)
+(print 00.5)
+(print -0.25)
+(print +2.0)
+(print 123456789.0)
+(print 0.0000001)
+(print -0.0)

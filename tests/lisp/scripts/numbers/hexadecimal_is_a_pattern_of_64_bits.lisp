@@ -1,0 +1,6 @@
+(print 0xff)
+(print 0XFF)
+(print 0x0)
+(print 0xffffffffffffffff)
+(print 0x8000000000000000)
+(print 0x000000000000000a)

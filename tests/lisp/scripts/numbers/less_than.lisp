@@ -1,0 +1,7 @@
+(print (< 1 2))
+(print (< 2 1))
+(print (< 1 1))
+(print (< -1 1))
+(print (< 1.5 2.5))
+(print (< (byte 1) (byte 200)))
+(print (< (byte 200) (byte 1)))

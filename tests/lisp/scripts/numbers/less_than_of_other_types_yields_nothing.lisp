@@ -1,0 +1,4 @@
+(print (< "a" "b"))
+(print (< :true :false))
+(print (< :a :b))
+(print (< :nil :nil))

@@ -1,0 +1,5 @@
+(define infinite (from-string :float "inf"))
+(define x (- infinite infinite))
+(print (= x x))
+(print (< x x))
+(print (= infinite infinite))

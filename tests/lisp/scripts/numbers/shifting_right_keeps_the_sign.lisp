@@ -1,0 +1,6 @@
+(print (bit-shift -1 -8))
+(print (bit-shift -1 -1))
+(print (bit-shift -64 -8))
+(print (bit-shift -1000 -8))
+(print (bit-shift -9223372036854775808 -8))
+(print (bit-shift -9223372036854775808 8))

@@ -1,0 +1,2 @@
+(display "say \"yes\"")
+(print (string-size "\""))

@@ -1,0 +1,3 @@
+(print 1)
+(print a:b)
+(print 2)

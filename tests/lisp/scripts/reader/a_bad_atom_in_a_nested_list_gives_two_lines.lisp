@@ -1,0 +1,1 @@
+(print (list 1 (list #)))

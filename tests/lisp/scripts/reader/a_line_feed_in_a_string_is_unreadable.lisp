@@ -1,0 +1,3 @@
+(print 1)
+(display "a
+b")

@@ -1,0 +1,1 @@
+(print (list-size (list '(1) (list 2) '(3))))

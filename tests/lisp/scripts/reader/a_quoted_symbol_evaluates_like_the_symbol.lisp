@@ -1,0 +1,4 @@
+(define x 3)
+(print 'x)
+(print x)
+(print 'y)

@@ -1,0 +1,2 @@
+;;; text path
+(display "a") ; text

@@ -1,0 +1,2 @@
+(print (string-size "\n"))
+(display "a\tb")

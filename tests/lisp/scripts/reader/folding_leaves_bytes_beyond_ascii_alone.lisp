@@ -1,0 +1,3 @@
+(define Ärger 1)
+(print (read "ÄRGER"))
+(print Ärger)

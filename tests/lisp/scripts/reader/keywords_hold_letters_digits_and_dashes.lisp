@@ -1,0 +1,3 @@
+(print :a)
+(print :2-b)
+(print :-)

@@ -1,0 +1,4 @@
+(define Foo 1)
+(PRINT fOO)
+(print :KeyWord)
+(print (read "BAR"))

@@ -1,0 +1,2 @@
+(print (= (read "brand-new") (read "brand-new")))
+(print (= (read "a") (read "b")))

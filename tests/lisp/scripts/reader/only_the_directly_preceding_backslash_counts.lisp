@@ -1,0 +1,2 @@
+(display "two backslashes \\")
+(print 1)

@@ -1,0 +1,3 @@
+(define x 3)
+(print x)
+x  
