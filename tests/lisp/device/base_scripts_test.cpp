@@ -183,8 +183,7 @@ TEST_F(BaseScripts, helpersMayBeUsedInsideTheFunctionsThatTheyCall)
         {"(times 2 (closure ((i)) (times 2 (closure ((j)) (display (text i \" \" j))))))", "0 0\n0 1\n1 0\n1 1\n"},
         {"(print (fold (closure ((a) (n)) (+ a (fold + 0 (range 0 n)))) 0 (range 0 5)))", ":integer (10)\n"},
         {"(show (filter-list (closure ((n)) (contains? n (filter-list odd? (range 0 5)))) (range 0 5)))", "1 3\n"},
-        {"(print (any? (closure ((n)) (all? (closure ((m)) (< m n)) (list 1 2))) (list 1 2 3)))",
-         ":boolean (:true)\n"},
+        {"(print (any? (closure ((n)) (all? (closure ((m)) (< m n)) (list 1 2))) (list 1 2 3)))", ":boolean (:true)\n"},
     });
 }
 
@@ -267,7 +266,8 @@ TEST_F(BaseScripts, timersRunWhenTheyAreDue)
 TEST_F(BaseScripts, timersMayCancelThemselvesAndStartOthers)
 {
     expectOutputs({
-        {"(define t (every 0 (closure () (do (cancel t) (after 5 (closure () (display \"later\"))) (display \"now\")))))",
+        {"(define t (every 0 (closure () (do (cancel t) (after 5 (closure () (display \"later\"))) (display "
+         "\"now\")))))",
          ""},
         {"(frame 10)", "now\n"},
         {"(frame 10)", "later\n"},
@@ -328,10 +328,8 @@ TEST_F(BaseScripts, editorHistory)
         {"(change! (closure () (set! x 1)) (closure () (set! x 0)))", ""},
         {"(change! (closure () (set! x 2)) (closure () (set! x 1)))", ""},
         {"(print x)", ":integer (2)\n"},
-        {"(do (undo!) (print x) (undo!) (print x) (print (undo!)))",
-         ":integer (1)\n:integer (0)\n:boolean (:false)\n"},
-        {"(do (redo!) (print x) (redo!) (print x) (print (redo!)))",
-         ":integer (1)\n:integer (2)\n:boolean (:false)\n"},
+        {"(do (undo!) (print x) (undo!) (print x) (print (undo!)))", ":integer (1)\n:integer (0)\n:boolean (:false)\n"},
+        {"(do (redo!) (print x) (redo!) (print x) (print (redo!)))", ":integer (1)\n:integer (2)\n:boolean (:false)\n"},
         {"(do (undo!) (change! (closure () (set! x 5)) (closure () (set! x 1))) (print (redo!)) (print x))",
          ":boolean (:false)\n:integer (5)\n"},
     });

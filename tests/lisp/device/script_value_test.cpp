@@ -216,7 +216,7 @@ TEST_F(ScriptValueTest, becomesScriptValueOfItsType)
         {std::vector<ScriptValue>{1, 2, 3}, "(:list :integer) (3 nodes)\n"},
         {std::vector<ScriptValue>{1, "a"}, "(:list :any) (2 nodes)\n"},
         {std::vector<ScriptValue>{1, "a", 2}, "(:list :any) (3 nodes)\n"},
-        {std::vector<ScriptValue>{ScriptValue(std::vector<ScriptValue>{1})}, "(:list :list) (1 nodes)\n"},
+        {std::vector<ScriptValue>{ScriptValue(std::vector<ScriptValue>{1})}, "(:list (:list :any)) (1 nodes)\n"},
     };
     for (const auto& c : cases) {
         given = c.value;

@@ -1,0 +1,2 @@
+(define t (hash-table ":string" ":integer"))
+(print (hash-table-get t "a"))

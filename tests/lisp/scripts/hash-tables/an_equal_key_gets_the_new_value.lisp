@@ -1,0 +1,5 @@
+(define t (hash-table ":string" ":integer"))
+(print (hash-table-put! t "a" 1))
+(print (hash-table-put! t "a" 2))
+(print (hash-table-get t "a"))
+(print (hash-table-size t))

@@ -1,0 +1,5 @@
+(define t (hash-table ":float" ":integer"))
+(hash-table-put! t 0.0 1)
+(print (hash-table-put! t -0.0 2))
+(print (hash-table-get t 0.0))
+(print (hash-table-size t))

@@ -1,0 +1,7 @@
+(define t (hash-table ":string" ":integer"))
+(hash-table-put! t "a" 1)
+(hash-table-for-each (closure ((k :integer) (v :integer)) v) t)
+(hash-table-for-each (closure ((k)) k) t)
+(define u (hash-table ":any" ":any"))
+(hash-table-put! u "a" 1)
+(hash-table-for-each (closure ((k :integer) (v :integer)) v) u)

@@ -1,0 +1,8 @@
+(define t (hash-table ":string" ":integer"))
+(define total 0)
+(hash-table-put! t "a" 1)
+(hash-table-put! t "b" 20)
+(hash-table-put! t "c" 300)
+(print (hash-table-for-each (closure ((k :string) (v :integer)) (set! total (+ total v))) t))
+(print total)
+(hash-table-for-each (closure ((k :string) (v :integer)) (print v)) (hash-table ":string" ":integer"))

@@ -1,0 +1,18 @@
+(define t (hash-table ":integer" ":integer"))
+(define fill (closure ((n :integer)) (if (= n 0) :nil (do (hash-table-put! t n n) (fill (- n 1))))))
+(fill 10)
+(define seen 0)
+(hash-table-for-each
+    (closure ((k :integer) (v :integer))
+        (if (< k 11)
+            (do
+                (set! seen (+ seen 1))
+                (hash-table-remove! t k)
+                (hash-table-put! t (+ k 100) v)
+                (hash-table-put! t (+ k 200) v)
+                (hash-table-put! t (+ k 300) v))
+            :nil))
+    t)
+(print seen)
+(print (hash-table-contains? t 1))
+(print (hash-table-get t 101))

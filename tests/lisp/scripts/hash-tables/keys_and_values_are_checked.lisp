@@ -1,0 +1,8 @@
+(define t (hash-table ":string" ":integer"))
+(hash-table-put! t 1 2)
+(hash-table-put! t "a" "b")
+(hash-table-get t 1)
+(hash-table-contains? t 1)
+(hash-table-remove! t 1)
+(hash-table-size 5)
+(print (hash-table-size t))

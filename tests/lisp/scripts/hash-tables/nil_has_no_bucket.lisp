@@ -1,0 +1,6 @@
+(define t (hash-table ":any" ":any"))
+(print (hash-table-put! t :nil 1))
+(print (hash-table-get t :nil))
+(print (hash-table-contains? t :nil))
+(print (hash-table-remove! t :nil))
+(print (hash-table-size t))

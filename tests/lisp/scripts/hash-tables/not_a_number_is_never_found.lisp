@@ -1,0 +1,7 @@
+(define infinite (from-string :float "inf"))
+(define x (- infinite infinite))
+(define t (hash-table ":float" ":integer"))
+(print (hash-table-put! t x 1))
+(print (hash-table-put! t x 2))
+(print (hash-table-contains? t x))
+(print (hash-table-size t))

@@ -1,0 +1,8 @@
+(define t (hash-table ":string" ":integer"))
+(print (hash-table-put! t "one" 1))
+(print (hash-table-put! t "two" 2))
+(print (hash-table-get t "one"))
+(print (hash-table-get t "two"))
+(print (hash-table-contains? t "one"))
+(print (hash-table-contains? t "three"))
+(print (hash-table-size t))

@@ -1,0 +1,6 @@
+(print (hash-table ":nosuch" ":integer"))
+(print (hash-table ":integer" "integer"))
+(print (hash-table "" ""))
+(print (hash-table "->" ":integer"))
+(print (hash-table ":integer :string" ""))
+(hash-table :string ":integer")

@@ -1,0 +1,5 @@
+(print (array 3 ":integer"))
+(print (array 1 ":any"))
+(print (array 2 "(:list :string)"))
+(print (array 4 "(:string -> :any)"))
+(print (array 2 ":closure"))

@@ -1,0 +1,8 @@
+(print print)
+(print +)
+(print map)
+(print hash-table-for-each)
+(print garbage-collection)
+(print type-list)
+(print do)
+(print (closure ((n :integer)) -> :integer n))

@@ -1,0 +1,2 @@
+(display 5)
+(display :key)

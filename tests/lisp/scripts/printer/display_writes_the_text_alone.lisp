@@ -1,0 +1,3 @@
+(display "plain text")
+(display "")
+(display "100% %s %d")

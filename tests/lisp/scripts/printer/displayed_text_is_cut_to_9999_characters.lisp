@@ -1,0 +1,6 @@
+(define s "0123456789")
+(define s100 (+ s s s s s s s s s s))
+(define s1000 (+ s100 s100 s100 s100 s100 s100 s100 s100 s100 s100))
+(define s10000 (+ s1000 s1000 s1000 s1000 s1000 s1000 s1000 s1000 s1000 s1000))
+(display (string-drop 1 s10000))
+(display (+ s10000 "tail"))

@@ -1,0 +1,4 @@
+(define a (array 1 ":any"))
+(array-set! a 0 a)
+(print a)
+(print (list (list (list "deep"))))

@@ -1,0 +1,7 @@
+(print (list 1 2 3))
+(print (list "a"))
+(print (list 1 "a"))
+(print '(1 2))
+(print (list))
+(print (list (list 1) (list 2)))
+(print (type-list))

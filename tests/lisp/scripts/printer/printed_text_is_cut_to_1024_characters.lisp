@@ -1,0 +1,6 @@
+(define s "0123456789abcdef")
+(define s64 (+ s s s s))
+(define s1024 (+ s64 s64 s64 s64 s64 s64 s64 s64 s64 s64 s64 s64 s64 s64 s64 s64))
+(print (string-size s1024))
+(print (+ "ABC" s1024))
+(print s1024)

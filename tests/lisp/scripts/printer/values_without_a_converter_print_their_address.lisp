@@ -1,0 +1,2 @@
+(print (hash-table ":string" ":integer"))
+(print (macro (x) (list ,x)))

@@ -1,0 +1,4 @@
+(string-take "abc" 1)
+(string-drop "abc" 1)
+(string-reverse 1)
+(string-take 1)

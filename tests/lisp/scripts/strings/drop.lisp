@@ -1,0 +1,6 @@
+(print (string-drop 1 "abcd"))
+(print (string-drop 0 "abcd"))
+(print (string-drop 4 "abcd"))
+(print (string-drop 100 "abcd"))
+(print (string-drop -1 "abcd"))
+(print (string-drop -9223372036854775808 "abcd"))

@@ -1,0 +1,6 @@
+(print (string-reverse "abc"))
+(print (string-reverse ""))
+(print (string-reverse "a"))
+(define s "abc")
+(string-reverse s)
+(print s)

@@ -1,0 +1,8 @@
+(define s "0123456789")
+(define s100 (+ s s s s s s s s s s))
+(define s1000 (+ s100 s100 s100 s100 s100 s100 s100 s100 s100 s100))
+(define s10000 (+ s1000 s1000 s1000 s1000 s1000 s1000 s1000 s1000 s1000 s1000))
+(print (string-size (+ s10000 s10000)))
+(print (= s10000 (to-string s10000)))
+(print (string-size (string-reverse s10000)))
+(print (string-take 3 (string-drop 9998 (+ s10000 "tail"))))

@@ -1,0 +1,6 @@
+(print (string-take 2 "abcd"))
+(print (string-take 0 "abcd"))
+(print (string-take 4 "abcd"))
+(print (string-take 100 "abcd"))
+(print (string-take -1 "abcd"))
+(print (string-take 9223372036854775807 "abcd"))

@@ -1,0 +1,3 @@
+(print (string-size ""))
+(print (string-size "abc"))
+(string-size 5)

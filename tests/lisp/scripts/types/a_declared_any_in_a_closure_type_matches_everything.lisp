@@ -1,0 +1,3 @@
+(define apply (closure ((f (:any -> :any))) (f 1)))
+(print (apply (closure ((n :integer)) -> :integer n)))
+(print (apply (closure ((n)) n)))

@@ -1,0 +1,6 @@
+(print (define-type :pair (:first :second) ()))
+(print (head (type-list)))
+(for-each print (type-parameters :pair))
+(print (array 2 ":pair"))
+(print (array 2 "(:pair :integer :string)"))
+(print (closure ((p (:pair :integer :any)) (q :pair)) p))

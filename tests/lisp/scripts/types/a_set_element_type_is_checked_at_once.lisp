@@ -1,0 +1,1 @@
+(map string-size (list 1 2))

@@ -1,0 +1,6 @@
+(define s "a123456789")
+(define s120 (+ s s s s s s s s s s s s))
+(define-type (from-string :keyword (+ ":" s120 "123456")) () ())
+(define-type (from-string :keyword (+ ":" s120 "1234567")) () ())
+(print (string-size (to-string (head (type-list)))))
+(print (list-size (type-list)))

@@ -1,0 +1,3 @@
+(define-type :plain () ())
+(print (type-parameters :plain))
+(print (head (type-list)))

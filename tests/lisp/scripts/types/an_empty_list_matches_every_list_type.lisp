@@ -1,0 +1,5 @@
+(define f (closure ((xs (:list :integer)) (ys (:list :string))) (list-size xs)))
+(print (f (list) (list)))
+(print (f (list 1) (list "a")))
+(f (list "a") (list 1))
+(print (map + (list)))

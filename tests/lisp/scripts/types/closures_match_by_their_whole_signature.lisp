@@ -1,0 +1,8 @@
+(define apply (closure ((f (:integer -> :integer))) (f 1)))
+(print (apply (closure ((n :integer)) -> :integer (+ n 1))))
+(print (apply bit-not))
+(apply (closure ((n)) n))
+(apply (closure ((n :integer)) n))
+(apply (closure ((n :float)) -> :integer 1))
+(apply bit-and)
+(apply 5)

@@ -1,0 +1,5 @@
+(define parse (closure ((type :keyword) (text :string)) -> :any (print type) (string-reverse text)))
+(define-type :backwards () (parse))
+(print (from-string :backwards "abc"))
+(define-type :halfway () (:nil :nil :nil))
+(print (from-string :halfway "abc"))

@@ -1,0 +1,1 @@
+(print (map string-size '("a" 2 "abc")))

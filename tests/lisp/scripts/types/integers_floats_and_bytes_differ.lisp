@@ -1,0 +1,3 @@
+(define f (closure ((n :integer)) n))
+(f 1.0)
+(f (byte 1))

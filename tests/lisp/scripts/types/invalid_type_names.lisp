@@ -1,0 +1,8 @@
+(define-type :any () ())
+(define-type :lazy () ())
+(define-type :rest () ())
+(define-type :optional () ())
+(define-type :key () ())
+(define-type :ab () ())
+(define-type :abc () ())
+(print (head (type-list)))

@@ -1,0 +1,5 @@
+(define-type :pair (first second) ())
+(define-type :pair (:first 2) ())
+(define-type :pair 5 ())
+(define-type "pair" () ())
+(print (head (type-list)))

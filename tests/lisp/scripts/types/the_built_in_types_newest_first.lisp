@@ -1,0 +1,3 @@
+(define names (type-list))
+(print names)
+(for-each print names)

@@ -1,0 +1,2 @@
+(print (= (list 1) (list "a")))
+(= (list 1) 5)

@@ -1,0 +1,3 @@
+(print (type-parameters :nosuch))
+(type-parameters :any)
+(type-parameters "string")

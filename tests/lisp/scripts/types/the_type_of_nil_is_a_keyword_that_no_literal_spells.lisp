@@ -1,0 +1,5 @@
+(define name (type-of :nil))
+(print (type-of name))
+(print (= name :key))
+(type-parameters :nil)
+(print (type-parameters name))
