@@ -33,11 +33,24 @@ LispScriptingDevice::~LispScriptingDevice()
 
 void LispScriptingDevice::print(void* user, const char* text)
 {
-    const LispScriptingDevice* device = static_cast<LispScriptingDevice*>(user);
-    if (device->hostPrint != nullptr)
-        device->hostPrint(text, device->hostPrintUser);
-    else
+    LispScriptingDevice* device = static_cast<LispScriptingDevice*>(user);
+    if (device->hostPrint == nullptr) {
         printHook(text);
+        return;
+    }
+    try {
+        device->hostPrint(text, device->hostPrintUser);
+    } catch (...) {
+        device->keepException();
+    }
+}
+
+// An exception must not unwind the interpreter, whose stacks it would leave as they are. Nothing is printed about it:
+// printing may be what has failed.
+void LispScriptingDevice::keepException()
+{
+    if (!thrown) thrown = std::current_exception();
+    if (interpreter.stack_origin != nullptr) interpreter.is_abandoned = true;
 }
 
 bool LispScriptingDevice::setLoadPath()

@@ -41,6 +41,7 @@ public:
 private:
     bool load(const char* name);
     bool setLoadPath();
+    void keepException();
     void rethrow();
 
     lisp_interpreter interpreter;

@@ -164,7 +164,7 @@ bool lisp_parse_signature(lisp_interpreter* interpreter, const char* text, lisp_
 
     out->has_rest = rest_entry != entry_limit;
     if (out->has_rest && rest_entry + 2 != count) return false; // it must be the last parameter
-    if ((out->lazy >> (count - 1) & 1) != 0 && count <= lisp_parameter_limit)
+    if (count <= lisp_parameter_limit && (out->lazy >> (count - 1) & 1) != 0)
         return false; // the return type has no mark
     out->entry_count = static_cast<std::uint8_t>(count);
     out->entries = copy_entries(interpreter, entries, count);

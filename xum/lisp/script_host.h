@@ -26,7 +26,8 @@ enum class ScriptValueType : int {
     Other, ///< an array, a hash table, a closure, a macro, or a type that a script defined: not visible to hosts
 };
 
-/// A copy of a script value. Lists that nest deeper than 200 come out as Other at that depth.
+/// A copy of a script value. Lists that nest deeper than 200 come out as Other at that depth, and so does each list
+/// with which the copy would have more than 1,000,000 elements altogether.
 class XUM_API ScriptValue {
 public:
     ScriptValue() = default;
@@ -111,7 +112,8 @@ XUM_API bool registerScriptFunction(ScriptingDevice* device, const std::string& 
 /// ScriptingDevice::evaluateScript with the value of the text's last expression.
 XUM_API bool evaluateScript(ScriptingDevice* device, const std::string& text, ScriptValue& outValue);
 
-/// Gets each line that scripts print, without its end.
+/// Gets each line that scripts print, without its end. An exception that it throws ends the evaluation and passes on to
+/// whoever started it.
 using ScriptPrintFunction = void (*)(const char* line, void* user);
 
 /// Sends the output of scripts to a function of the host's; null sends it to standard output again. The reports of

@@ -5,8 +5,10 @@
 #include <xum/lisp/lisp_token.h>
 #include <xum/lisp/lisp_type.h>
 
-// Values are copied recursively; the depth is bounded, since a script can nest lists without end.
+// Values are copied recursively; the depth is bounded, since a script can nest lists without end. So is the number of
+// elements altogether, since lists that share their elements can stand for any number of them in little memory.
 static constexpr int nestingLimit = 200;
+static constexpr std::uint64_t elementLimit = 1000000;
 
 /// Reaches into what hosts only read.
 class ScriptValueAccess {
@@ -64,7 +66,7 @@ static std::string_view textOf(const lisp_object& object)
     }
 }
 
-static ScriptValue valueOf(const lisp_object& object, int depth)
+static ScriptValue valueOf(const lisp_object& object, int depth, std::uint64_t& elementsLeft)
 {
     const ScriptValueType type = scriptTypeOf(object);
     switch (type) {
@@ -76,13 +78,14 @@ static ScriptValue valueOf(const lisp_object& object, int depth)
     case ScriptValueType::Keyword:
     case ScriptValueType::Symbol: return ScriptValueAccess::named(type, std::string(textOf(object)));
     case ScriptValueType::List: {
-        if (depth == nestingLimit) return ScriptValueAccess::make(ScriptValueType::Other);
-        std::vector<ScriptValue> elements;
         const std::uint64_t count = lisp_list_count(&object);
+        if (depth == nestingLimit || count > elementsLeft) return ScriptValueAccess::make(ScriptValueType::Other);
+        elementsLeft -= count;
+        std::vector<ScriptValue> elements;
         const lisp_cell* cell = count != 0 ? object.payload.list->first : nullptr;
         elements.reserve(count);
         for (std::uint64_t i = 0; i < count; ++i, cell = cell->next)
-            elements.push_back(valueOf(*cell->element, depth + 1));
+            elements.push_back(valueOf(*cell->element, depth + 1, elementsLeft));
         return ScriptValue(std::move(elements));
     }
     default: return ScriptValueAccess::make(type);
@@ -91,7 +94,8 @@ static ScriptValue valueOf(const lisp_object& object, int depth)
 
 ScriptValue scriptValueOf(const lisp_object& object)
 {
-    return valueOf(object, 0);
+    std::uint64_t elementsLeft = elementLimit;
+    return valueOf(object, 0, elementsLeft);
 }
 
 static bool setValue(lisp_interpreter* interpreter, const ScriptValue& value, int depth, lisp_object* result);
