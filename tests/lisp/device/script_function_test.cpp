@@ -346,7 +346,6 @@ TEST_F(ScriptFunctionTest, malformedSignaturesAreRefused)
                                   "(:integer*)",
                                   "(:any*& -> :nil)",
                                   "(integer -> :nil)",
-                                  "((:list) -> :nil)",
                                   "((:list :a :b) -> :nil)",
                                   "((:hash-table :a) -> :nil)",
                                   "((:integer :a) -> :nil)",

@@ -20,10 +20,22 @@ namespace {
 
 class ScriptingDeviceDeathTest : public ScriptingFixture {
 protected:
-    /// Runs in the process of a death test.
-    void evaluateInOwnDirectory(const std::string& text)
+    void SetUp() override
     {
-        enterOwnDirectory();
+        if (::testing::internal::InDeathTestChild()) enterOwnDirectory(); // before the engine opens the log
+        ScriptingFixture::SetUp();
+    }
+
+    static std::string loggedError()
+    {
+        const std::string log = fileContents(ownLogFile());
+        const std::size_t begin = log.find("ERROR: ");
+        return begin == std::string::npos ? log : log.substr(begin);
+    }
+
+    /// Runs in the process of a death test.
+    void evaluate(const std::string& text)
+    {
         device = engine->createScriptingDevice();
         device->evaluateScript(text);
     }
@@ -33,29 +45,29 @@ protected:
 
 TEST_F(ScriptingDeviceDeathTest, emptyTokenIsFatal)
 {
-    EXPECT_EXIT(evaluateInOwnDirectory("(display \"a\") '"), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(evaluate("(display \"a\") '"), ::testing::ExitedWithCode(255),
                 "\\[\\[Error\\|tokenize\\(\\) -> empty token!\n\\]\\]");
-    EXPECT_EQ(fileContents(ownLogFile()), "ERROR: tokenize() -> empty token!\n\n"); // the message ends its line itself
+    EXPECT_EQ(loggedError(), "ERROR: tokenize() -> empty token!\n\n"); // the message ends its line itself
 }
 
 TEST_F(ScriptingDeviceDeathTest, closureParameterWithTypeAndMarkIsFatal)
 {
-    EXPECT_EXIT(evaluateInOwnDirectory("(closure ((x :integer :rest)) x)"), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(evaluate("(closure ((x :integer :rest)) x)"), ::testing::ExitedWithCode(255),
                 "\\[\\[Error\\|named_parameter for closure! TODO!\\]\\]");
-    EXPECT_EQ(fileContents(ownLogFile()), "ERROR: named_parameter for closure! TODO!\n");
+    EXPECT_EQ(loggedError(), "ERROR: named_parameter for closure! TODO!\n");
 }
 
 TEST_F(ScriptingDeviceDeathTest, requestOfMoreThan32BitsIsFatal)
 {
-    EXPECT_EXIT(evaluateInOwnDirectory("(array 0x7fffffffffffffff \":integer\")"), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(evaluate("(array 0x7fffffffffffffff \":integer\")"), ::testing::ExitedWithCode(255),
                 "\\[\\[Error\\|fatal: invalid allocate size!\\]\\]");
-    EXPECT_EQ(fileContents(ownLogFile()), "ERROR: fatal: invalid allocate size!\n");
+    EXPECT_EQ(loggedError(), "ERROR: fatal: invalid allocate size!\n");
 }
 
 TEST_F(ScriptingDeviceDeathTest, fatalMessageInBaseScriptEndsTheProcess)
 {
     writeScript("engine", "'");
-    EXPECT_EXIT(evaluateInOwnDirectory("1"), ::testing::ExitedWithCode(255), "tokenize");
+    EXPECT_EXIT(evaluate("1"), ::testing::ExitedWithCode(255), "tokenize");
 }
 
 #if defined(__linux__) && !defined(XUM_TEST_ADDRESS_SANITIZER) // the sanitizer itself needs terabytes of addresses
@@ -63,7 +75,6 @@ namespace {
 
 void createDeviceWithoutMemory(Engine* engine)
 {
-    enterOwnDirectory();
     rlim_t pages = 0; // that the process has mapped already
     std::ifstream("/proc/self/statm") >> pages;
     const rlim_t most = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + (128u << 20);
@@ -78,6 +89,6 @@ TEST_F(ScriptingDeviceDeathTest, missingMemoryForTheRegionIsFatal)
 {
     EXPECT_EXIT(createDeviceWithoutMemory(engine), ::testing::ExitedWithCode(255),
                 "\\[\\[Error\\|Could not init Lisp!\\]\\]");
-    EXPECT_EQ(fileContents(ownLogFile()), "ERROR: Could not init Lisp!\n");
+    EXPECT_EQ(loggedError(), "ERROR: Could not init Lisp!\n");
 }
 #endif
