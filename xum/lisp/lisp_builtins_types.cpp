@@ -35,6 +35,7 @@ static bool evaluate_converters(lisp_interpreter* interpreter, lisp_environment*
     const lisp_cell* cell = count != 0 ? list->first : nullptr;
     for (std::uint64_t i = 0; i < count && i < 3; ++i, cell = cell->next) {
         lisp_eval(interpreter, &converters[i], environment, cell->element);
+        if (interpreter->is_abandoned) return false;
         const lisp_kind kind = converters[i].type->kind;
         if (kind == lisp_kind_closure || kind == lisp_kind_nil) continue;
         lisp_print_format(interpreter, "error: expected :closure (got %s)!", converters[i].type->name);
@@ -67,7 +68,11 @@ LISP_NATIVE(lisp_native_define_type)
     } else if (!write_parameters(arguments[1].payload.list, parameters, sizeof parameters)) {
         report_parameter_list(interpreter, self, &arguments[1]);
     } else if (lisp_object* converters = lisp_push_frame(interpreter, 3)) {
-        if (evaluate_converters(interpreter, environment, arguments[2].payload.list, converters))
+        // Evaluating them may have defined the very type.
+        const bool is_ready = evaluate_converters(interpreter, environment, arguments[2].payload.list, converters);
+        if (is_ready && lisp_find_type(interpreter, name->characters) != nullptr)
+            lisp_print_format(interpreter, "error: type '%s' already defined!", name->characters);
+        else if (is_ready)
             lisp_define_type(interpreter, name->characters, parameters, nullptr, closure_or_null(&converters[0]),
                              closure_or_null(&converters[1]), closure_or_null(&converters[2]));
         lisp_pop_frame(interpreter, converters);

@@ -131,9 +131,10 @@ const lisp_memory_manager* lisp_mark_and_sweep()
     return &manager;
 }
 
+/* Requests that are just below what is fatal stay below it. */
 static std::uint64_t rounded_up(std::uint64_t size)
 {
-    return (size + 7) & ~std::uint64_t{7};
+    return size > 0xFFFFFFF8u ? size : (size + 7) & ~std::uint64_t{7};
 }
 
 void* lisp_allocate(lisp_interpreter* interpreter, std::uint64_t size)
