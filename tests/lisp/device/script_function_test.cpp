@@ -423,11 +423,11 @@ TEST_F(ScriptFunctionTest, survivesCollectionsAndReloading)
 
 TEST_F(ScriptFunctionTest, manyCanBeRegistered)
 {
-    for (int i = 0; i < 2000; ++i) {
-        ASSERT_TRUE(add(
-            "f-" + std::to_string(i), "(:integer)",
-            [](ScriptCall& call, void* user) { call.returnInteger(*static_cast<int*>(user)); },
-            new int(i))); // NOLINT: as long as the process
+    const auto giveNumber = [](ScriptCall& call, void* user) { call.returnInteger(*static_cast<int*>(user)); };
+    std::vector<int> numbers(2000);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        numbers[i] = static_cast<int>(i);
+        ASSERT_TRUE(add("f-" + std::to_string(i), "(:integer)", giveNumber, &numbers[i]));
     }
     EXPECT_EQ(outputOf("(print (+ (f-0) (f-1999)))"), ":integer (1999)\n");
 }

@@ -380,3 +380,26 @@ TEST_F(ScriptingDeviceTest, devicesOneAfterTheOtherStartAnew)
         device = nullptr;
     }
 }
+
+// ---- hostile scripts ----------------------------------------------------------------------------------------------
+
+TEST_F(ScriptingDeviceTest, scriptThatFillsTheMemoryLeavesUsableDevice)
+{
+    makeDevice();
+    outputOf("(define s \"0123456789\") (define double (closure () (do (set! s (+ s s)) (double))))");
+    EXPECT_EQ(outputOf("(double)"), "error: out of memory!\n");
+    EXPECT_EQ(outputOf("(print (< 100000000 (string-size s)))"), ":boolean (:true)\n");
+    EXPECT_EQ(outputOf("(double)"), "error: out of memory!\n");
+    EXPECT_EQ(outputOfLoading("game"), "");
+}
+
+TEST_F(ScriptingDeviceTest, scriptThatCallsItselfWithoutEndLeavesUsableDevice)
+{
+    makeDevice();
+    writeScript("endless", "(load \"endless\")");
+    EXPECT_EQ(outputOfLoading("endless"), "error: recursion too deep!\n");
+    outputOf("(define f (closure ((n)) (+ (f n) (f n))))");
+    EXPECT_EQ(outputOf("(f 1) (display \"next\")"), "error: recursion too deep!\nnext\n");
+    EXPECT_EQ(outputOf(std::string(1000000, '(')), "(unreadable)");
+    EXPECT_EQ(outputOf("(print (+ 1 2))"), ":integer (3)\n");
+}

@@ -84,7 +84,9 @@ TEST_P(HostileExhaustion, endsWithItsMessage)
     ASSERT_EQ(
         lisp.run("(define repeat (closure ((n :integer)) (do " + std::string(GetParam().step) + " (repeat (+ n 1)))))"),
         "");
-    EXPECT_EQ(lisp.run("(repeat 0)").find(outOfMemory), 0u);
+    const std::string output = lisp.run("(repeat 0)"); // what was being made may have a line of its own
+    EXPECT_NE(output.find(outOfMemory), std::string::npos) << output;
+    EXPECT_LT(output.size(), 100u) << output;
     EXPECT_TRUE(lisp.isHealthy());
 
     // What needs memory reports, what needs none works, and a collection frees what it can.
