@@ -102,7 +102,8 @@ class Package(unittest.TestCase):
         run(options.cc, "-std=c11", "-Wall", "-Wextra", "-Wpedantic", "-Werror", *shlex.split(options.flags),
             HERE / "opener" / "opener.c", "-o", "opener", "-ldl", folder=folder)
         unloads = [] if options.unloads else ["--stays-loaded"]
-        run(folder / "opener", self.library(self.prefix), *unloads, folder=folder)
+        # The game engine leaves its devices to the end of the process, and OpenGL drivers keep something, too.
+        run(folder / "opener", self.library(self.prefix), *unloads, folder=folder, ASAN_OPTIONS="detect_leaks=0")
 
     def test_exactly_the_public_headers_are_installed(self):
         include = self.prefix / "include" / "xum"
