@@ -16,6 +16,7 @@ protected:
     LispTerminal()
     {
         setenv("TERM", "vt100", 1);
+        setenv("ASAN_OPTIONS", "detect_leaks=0", 1); // libedit keeps the name of an added command for ever
         setenv("HOME", ownDirectory().c_str(), 1);
         unsetenv("XDG_STATE_HOME");
         if (XUM_HAS_LINE_EDITING == 0) canEdit = false;
@@ -30,6 +31,21 @@ const std::string prompt = "lisp> ";
 const std::string controlC = "\x03";
 const std::string controlD = "\x04";
 const std::string controlP = "\x10"; // the line before
+
+/// What is shown runs ahead by a moment of what is waited for or evaluated; Ctrl-C within that moment is not noticed.
+bool interrupt(PseudoTerminal& terminal, const std::string& answer)
+{
+    for (int i = 0; i < 30; ++i) {
+        terminal.type(controlC);
+        if (terminal.waitFor(answer, 1000)) return true;
+    }
+    return false;
+}
+
+bool abandonLine(PseudoTerminal& terminal)
+{
+    return interrupt(terminal, "^C\r\n" + prompt);
+}
 
 } // namespace
 
@@ -83,9 +99,7 @@ TEST_F(LispTerminal, namesAreCompletedByTheTabulator)
     ASSERT_SHOWN(terminal, "hash-table-for-each");
     ASSERT_SHOWN(terminal, "hash-table-size");
     ASSERT_SHOWN(terminal, prompt);
-    terminal.type(controlC); // what is typed before it has arrived is lost
-    ASSERT_SHOWN(terminal, "^C");
-    ASSERT_SHOWN(terminal, prompt);
+    ASSERT_TRUE(abandonLine(terminal)) << terminal.getShown();
     terminal.type(":q\t\n");
     EXPECT_EQ(terminal.waitForEnd(), 0);
 }
@@ -97,14 +111,14 @@ TEST_F(LispTerminal, interruptionAbandonsTheInput)
     if (!canEdit) GTEST_SKIP() << "built without line editing";
     terminal.type("(display\n");
     ASSERT_SHOWN(terminal, "....> ");
-    terminal.type("\"never\"" + controlC);
-    ASSERT_SHOWN(terminal, "^C");
+    terminal.type("\"never\"");
+    ASSERT_TRUE(abandonLine(terminal)) << terminal.getShown();
+    terminal.type("nosuch\n");
+    ASSERT_SHOWN(terminal, "error: symbol 'nosuch' has no binding!");
     ASSERT_SHOWN(terminal, prompt);
-    terminal.type("(+ 20 3)\n");
-    ASSERT_SHOWN(terminal, ":integer (23)");
     terminal.type(controlD);
     EXPECT_EQ(terminal.waitForEnd(), 0);
-    EXPECT_EQ(terminal.getShown().find("error"), std::string::npos) << terminal.getShown();
+    EXPECT_EQ(terminal.getShown().find("never\r\n"), std::string::npos) << terminal.getShown();
 }
 
 TEST_F(LispTerminal, interruptionGivesUpTheRunningEvaluation)
@@ -117,8 +131,7 @@ TEST_F(LispTerminal, interruptionGivesUpTheRunningEvaluation)
     terminal.type("(display \"begin\") (f) (display \"not reached\")\n");
     ASSERT_SHOWN(terminal, "begin\r\n");
     ASSERT_SHOWN(terminal, ":nil");
-    terminal.type(controlC);
-    ASSERT_SHOWN(terminal, "interrupted");
+    ASSERT_TRUE(interrupt(terminal, "interrupted")) << terminal.getShown();
     ASSERT_SHOWN(terminal, prompt);
     terminal.type("(+ 20 3)\n");
     ASSERT_SHOWN(terminal, ":integer (23)");

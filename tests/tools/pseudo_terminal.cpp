@@ -39,18 +39,18 @@ void PseudoTerminal::type(const std::string& keys)
     }
 }
 
-bool PseudoTerminal::readMore()
+bool PseudoTerminal::readMore(int milliseconds)
 {
     struct pollfd wait = {terminal, POLLIN, 0};
     char block[4096];
-    if (poll(&wait, 1, 30000) <= 0) return false;
+    if (poll(&wait, 1, milliseconds) <= 0) return false;
     const ssize_t size = read(terminal, block, sizeof block);
     if (size <= 0) return false;
     shown.append(block, static_cast<std::size_t>(size));
     return true;
 }
 
-bool PseudoTerminal::waitFor(const std::string& text)
+bool PseudoTerminal::waitFor(const std::string& text, int milliseconds)
 {
     for (;;) {
         const std::size_t found = shown.find(text, searched);
@@ -58,13 +58,13 @@ bool PseudoTerminal::waitFor(const std::string& text)
             searched = found + text.size();
             return true;
         }
-        if (!readMore()) return false;
+        if (!readMore(milliseconds)) return false;
     }
 }
 
 int PseudoTerminal::waitForEnd()
 {
-    while (readMore()) {
+    while (readMore(30000)) {
     }
     kill(process, SIGKILL); // where it has not ended; a program that has closed its terminal keeps its status
     int status = 0;

@@ -14,8 +14,8 @@ public:
     void type(const std::string& keys);
 
     /// Waits until the text has been shown behind what was waited for before. False when the program ends first, or
-    /// after half a minute.
-    bool waitFor(const std::string& text);
+    /// when nothing is shown for that time.
+    bool waitFor(const std::string& text, int milliseconds = 30000);
 
     /// Waits for the program's end. What its main returned; -1 when it did not end by itself.
     int waitForEnd();
@@ -24,7 +24,7 @@ public:
     const std::string& getShown() const { return shown; }
 
 private:
-    bool readMore();
+    bool readMore(int milliseconds);
 
     int process = -1;
     int terminal = -1;

@@ -104,7 +104,8 @@ EditingLineReader& EditingLineReader::of(EditLine* editor)
 LineReader::Result EditingLineReader::read(const std::string& newPrompt, std::string& line)
 {
     prompt = newPrompt;
-    el_resize(editor); // the window may have changed meanwhile
+    el_resize(editor);               // the window may have changed meanwhile
+    el_set(editor, EL_PREP_TERM, 1); // before the prompt is shown: keys that follow it at once are not lost
     int length = 0;
     const char* text = el_gets(editor, &length);
     if (text == nullptr || length <= 0) {

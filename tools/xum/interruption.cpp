@@ -12,7 +12,8 @@ volatile std::sig_atomic_t wasInterrupted = 0;
 void handleInterruption(int number)
 {
     wasInterrupted = 1;
-    if (interrupted != nullptr) interrupted->is_abandoned = true;
+    // Outside of an evaluation the mark would hide the first message of the next one.
+    if (interrupted != nullptr && interrupted->stack_origin != nullptr) interrupted->is_abandoned = true;
 #ifdef _WIN32
     std::signal(number, handleInterruption); // it was reset
 #else
@@ -46,9 +47,14 @@ Interruption::~Interruption()
     interrupted = nullptr;
 }
 
+bool isInterrupted()
+{
+    return wasInterrupted != 0;
+}
+
 bool takeInterruption()
 {
-    const bool was = wasInterrupted != 0;
+    const bool was = isInterrupted();
     wasInterrupted = 0;
     return was;
 }

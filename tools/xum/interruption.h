@@ -12,5 +12,8 @@ public:
     Interruption& operator=(const Interruption&) = delete;
 };
 
-/// Whether there was a Ctrl-C since the last question.
+/// Whether there was a Ctrl-C since it was last taken notice of.
+bool isInterrupted();
+
+/// The same, and takes notice.
 bool takeInterruption();

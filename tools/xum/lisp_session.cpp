@@ -63,24 +63,20 @@ LispSession::~LispSession()
     lisp_stop(&interpreter);
 }
 
-// Reads into the first record of the frame and evaluates into the second.
-bool LispSession::runExpression(const ScriptText& script, lisp_object* frame, std::int64_t& next)
+bool LispSession::readExpression(const ScriptText& script, lisp_object* result, std::int64_t& next)
 {
     const std::int64_t begin = next;
     {
         const Meanwhile reading(isReading);
-        next = lisp_read(&interpreter, &frame[0], &interpreter.root, script.getText().c_str(), begin);
+        next = lisp_read(&interpreter, result, &interpreter.root, script.getText().c_str(), begin);
     }
-    if (next == 0) {
-        const Meanwhile silent(isSilent);
-        std::int64_t ignored = 0;
-        const std::string problem = findReadProblem(script, begin, ignored);
-        const std::uint64_t place = static_cast<std::uint64_t>(begin);
-        report(!problem.empty() ? problem : script.describePlace(place) + ": no memory is left to read it into");
-        return false;
-    }
-    lisp_eval(&interpreter, &frame[1], &interpreter.root, &frame[0]);
-    return true;
+    if (next != 0) return true;
+    const Meanwhile silent(isSilent);
+    std::int64_t ignored = 0;
+    const std::string problem = findReadProblem(script, begin, ignored);
+    const std::uint64_t place = static_cast<std::uint64_t>(begin);
+    report(!problem.empty() ? problem : script.describePlace(place) + ": no memory is left to read it into");
+    return false;
 }
 
 bool LispSession::run(const ScriptText& script, Printing printing)
@@ -91,7 +87,8 @@ bool LispSession::run(const ScriptText& script, Printing printing)
     std::int64_t next = 0;
     bool isRead = false;
     do {
-        isRead = runExpression(script, frame, next);
+        isRead = readExpression(script, &frame[0], next);
+        if (isRead && !isInterrupted()) lisp_eval(&interpreter, &frame[1], &interpreter.root, &frame[0]);
         if (takeInterruption()) {
             report("interrupted");
             break;

@@ -40,7 +40,7 @@ public:
     lisp_interpreter& getInterpreter() { return interpreter; }
 
 private:
-    bool runExpression(const ScriptText& script, lisp_object* frame, std::int64_t& next);
+    bool readExpression(const ScriptText& script, lisp_object* result, std::int64_t& next);
 
     lisp_interpreter interpreter;
     lisp_output output;

@@ -85,6 +85,7 @@ void Shell::evaluateInput()
     case LispSession::Completeness::Complete: break;
     }
     input.clear();
+    takeInterruption(); // one that came while the line was typed
     if (!session.run(script, LispSession::Printing::EachValue)) isAllRead = false;
     std::fflush(stdout);
 }
@@ -116,10 +117,7 @@ bool Shell::run()
     while (!isEnded) {
         switch (reader->read(input.empty() ? "lisp> " : "....> ", line)) {
         case LineReader::Result::Line: addLine(line); break;
-        case LineReader::Result::Abandoned:
-            input.clear();
-            takeInterruption();
-            break;
+        case LineReader::Result::Abandoned: input.clear(); break;
         case LineReader::Result::End: isEnded = true; break;
         }
     }
