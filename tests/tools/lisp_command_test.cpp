@@ -150,6 +150,17 @@ TEST(LispCommand, scriptsAreLoadedFromTheDataRootNext)
     expectRun("lisp scripts/a.lisp", 0, "one\nbeside\nerror: file 'nosuch' not found!\n", "");
 }
 
+#ifdef __linux__
+TEST(LispCommand, dataOfTheEngineIsFoundWhenTheProgramIsFoundThroughThePath)
+{
+    unsetenv("XUM_DATA_ROOT");
+    const std::filesystem::path program = XUM_PROGRAM;
+    setenv("PATH", (program.parent_path().string() + ":" + std::getenv("PATH")).c_str(), 1);
+    const ProgramRun run = runProgram(program.filename().string(), "lisp -e '(load \"base/base\")'");
+    EXPECT_EQ(run.output, ":boolean (:true)\n");
+}
+#endif
+
 // ---- texts and standard input -------------------------------------------------------------------------------------
 
 TEST(LispCommand, valueOfTheLastExpressionOfATextIsPrinted)

@@ -47,7 +47,11 @@ fs::path libraryDirectory()
 #else
     Dl_info info = {};
     if (dladdr(reinterpret_cast<const void*>(&defaultDataRoot), &info) == 0 || info.dli_fname == nullptr) return {};
-    return fs::path(info.dli_fname).parent_path();
+    const fs::path name = info.dli_fname;
+    if (name.has_parent_path()) return name.parent_path();
+    // Linked into a program that was found through PATH: its name says nothing, but the system knows the file.
+    std::error_code failure;
+    return fs::read_symlink("/proc/self/exe", failure).parent_path();
 #endif
 }
 
