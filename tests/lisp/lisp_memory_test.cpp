@@ -1,10 +1,12 @@
 #include "captured_output.h"
 #include "interpreter_fixture.h"
 
+#include <xum/lisp/lisp_collector.h>
 #include <xum/lisp/lisp_memory.h>
 #include <xum/lisp/lisp_object.h>
 #include <xum/lisp/lisp_type.h>
 
+#include <algorithm>
 #include <cstring>
 
 using LispMemory = InterpreterTest;
@@ -200,4 +202,20 @@ TEST_F(LispMemory, theFirstFatalHandlerStays)
     lisp_set_fatal_handler([](const char*) { FAIL() << "another handler"; });
     lisp_fatal("still the first");
     EXPECT_EQ(errors, Lines{"still the first"});
+}
+
+TEST_F(LispMemory, bytesAreZeroAlsoWhereObjectsWereBefore)
+{
+    ASSERT_TRUE(start(1 << 20));
+    while (lisp_object* object = allocateObject(lisp_kind_integer)) object->payload.integer = -1;
+    heap().lock_floor = ++heap().lock_epoch;
+    const CapturedOutput captured;
+    lisp_collect_garbage(&heap(), &get()->root);
+    const lisp_memory_manager* manager = get()->memory;
+    std::uint64_t dirty = 0;
+    while (const void* block = manager->allocate_bytes(&heap(), 64, false)) {
+        const char* bytes = static_cast<const char*>(block);
+        dirty += static_cast<std::uint64_t>(std::count_if(bytes, bytes + 64, [](char c) { return c != 0; }));
+    }
+    EXPECT_EQ(dirty, 0u);
 }

@@ -174,10 +174,11 @@ struct lisp_heap {
 
     void* region;
     std::uint64_t slot_count;
-    std::uint64_t lowest_word; // no word of the bitmap below it has a clear bit
-    std::uint64_t lock_floor;  // objects with this lock stamp or a later one are kept
-    std::uint64_t trace_round; // of the collector; grows with every walk over the graph
-    std::uint64_t* marked;     // the collector's bitmaps, one bit a slot as in the bitmap
+    std::uint64_t lowest_word;      // no word of the bitmap below it has a clear bit
+    std::uint64_t lock_floor;       // objects with this lock stamp or a later one are kept
+    std::uint64_t highest_boundary; // that there ever was: below it the region may hold what former objects left
+    std::uint64_t trace_round;      // of the collector; grows with every walk over the graph
+    std::uint64_t* marked;          // the collector's bitmaps, one bit a slot as in the bitmap
     std::uint64_t* kept;
     lisp_interpreter* interpreter;
 };
@@ -238,6 +239,7 @@ struct lisp_interpreter {
     lisp_activation* activation; // the innermost
     const char* stack_origin;    // an address in the outermost evaluation's frame; null outside of any
     bool is_abandoned;           // the current outermost expression is given up: every evaluation yields :nil at once
+    bool is_stopped;             // the whole text or script is given up: a function of the host threw
     std::uint32_t tables_in_use; // by for-each loops: no table grows meanwhile
 
     lisp_object** mark_stack;

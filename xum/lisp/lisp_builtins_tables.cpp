@@ -178,8 +178,8 @@ LISP_NATIVE(lisp_native_hash_table_size)
     lisp_set_integer(interpreter, result, static_cast<std::int64_t>(arguments[0].payload.table->count));
 }
 
-/* The called closure may put and remove: the next entry is fetched first, removed ones stay readable, and no table
-   grows while a loop is running. */
+/* The called closure may put and remove: removed entries stay readable and lead on, but what they held may be gone, and
+   no table grows while a loop is running. */
 LISP_NATIVE(lisp_native_hash_table_for_each)
 {
     const lisp_table* table = arguments[1].payload.table;
@@ -187,13 +187,11 @@ LISP_NATIVE(lisp_native_hash_table_for_each)
     if (frame == nullptr) return;
     ++interpreter->tables_in_use;
     for (std::uint64_t i = 0; i < table->bucket_count; ++i) {
-        const lisp_table_entry* entry = table->buckets[i];
-        while (entry != nullptr && !interpreter->is_abandoned) {
-            const lisp_table_entry* next = entry->next;
+        for (const lisp_table_entry* entry = table->buckets[i]; entry != nullptr; entry = entry->next) {
+            if (entry->is_removed || interpreter->is_abandoned) continue;
             lisp_copy_value(&frame[0], &entry->key);
             lisp_copy_value(&frame[1], &entry->value);
             lisp_apply(interpreter, environment, arguments[0].payload.closure, frame, 2, result);
-            entry = next;
         }
     }
     --interpreter->tables_in_use;

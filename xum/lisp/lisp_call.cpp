@@ -47,8 +47,8 @@ report_mismatches(lisp_interpreter* interpreter, const lisp_closure* closure, co
                   std::uint32_t count)
 {
     if (interpreter->is_abandoned) return;
-    char declared[512];
-    char actual[512];
+    char declared[4096];
+    char actual[4096];
     lisp_bindings bindings;
     lisp_bindings_init(&bindings, closure);
     lisp_print_format(interpreter, "closure: %s", closure->name != nullptr ? closure->name->text.characters : "");
@@ -207,6 +207,7 @@ void lisp_check_native_return(lisp_interpreter* interpreter, const lisp_closure*
 void lisp_call(lisp_interpreter* interpreter, lisp_environment* environment, lisp_closure* closure,
                lisp_object* arguments, std::uint32_t count, lisp_object* result)
 {
+    if (lisp_is_stack_deep(interpreter)) return; // natives that call closures may call each other without end
     if (closure->native != nullptr) {
         closure->native(interpreter, environment, closure, arguments, count, result);
         if (!closure->is_trusted) lisp_check_native_return(interpreter, closure, arguments, count, result);

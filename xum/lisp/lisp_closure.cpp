@@ -105,7 +105,7 @@ struct closure_form {
     const lisp_object* returned; // behind "->", or null
     const lisp_object* bounds;   // behind "=>", or null
     bool is_malformed;           // an arrow twice, or with nothing behind it
-    char text[2048];             // the rendered signature
+    char text[16384];            // the rendered signature
     std::size_t length;
     std::uint32_t depth;
     lisp_name* names[lisp_parameter_limit];

@@ -244,7 +244,10 @@ static void visit_locking_roots(lisp_tracer* tracer)
     for (lisp_activation* a = interpreter->activation; a != nullptr; a = a->previous) {
         if (a->closure != nullptr) visit_closure(tracer, a->closure);
         visit_environments(tracer, a->environment);
-        if (a->expression != nullptr) visit_children(tracer, a->expression);
+        if (a->expression != nullptr) {
+            visit(tracer, const_cast<lisp_object*>(a->expression)); // keeps its slot, where it has one
+            visit_children(tracer, a->expression);
+        }
         drain(tracer);
     }
     for (std::uint64_t word = 0; word < used_words(tracer->heap); ++word) {

@@ -141,12 +141,13 @@ static lisp_object* evaluate_next(expander* e, const lisp_object* list)
     return value;
 }
 
+/* Copies the elements: the list may be given up, and collected, before the expansion is whole. */
 static bool splice(list_builder* builder, const lisp_object* list)
 {
     const std::uint64_t count = lisp_list_count(list);
     const lisp_cell* cell = count != 0 ? list->payload.list->first : nullptr;
     for (std::uint64_t i = 0; i < count; ++i, cell = cell->next)
-        if (!append(builder, cell->element)) return false;
+        if (!append(builder, lisp_copy_to_slot(builder->interpreter, cell->element))) return false;
     return true;
 }
 

@@ -74,7 +74,13 @@ static void* allocate_bytes(lisp_heap* heap, std::uint64_t size, bool no_fail)
     }
     heap->byte_top -= size;
     heap->allocated_bytes += size;
-    return reinterpret_cast<char*>(heap->slots) + heap->byte_top;
+    char* block = reinterpret_cast<char*>(heap->slots) + heap->byte_top;
+    // Where the byte area grows over slots that a collection gave up, the zeroes that callers rely on are gone.
+    if (heap->byte_top < heap->highest_boundary) {
+        const std::uint64_t used_before = heap->highest_boundary - heap->byte_top;
+        std::memset(block, 0, used_before < size ? used_before : size);
+    }
+    return block;
 }
 
 // Payload bytes are never used again in this version.
@@ -108,6 +114,7 @@ lisp_object* lisp_allocate_object(lisp_heap* heap, const lisp_object_descriptor*
     if (boundary >= heap->byte_top) return nullptr; // before the bit is set: a collection must not see the slot
     heap->bitmap[word] |= std::uint64_t{1} << (slot % 64);
     heap->boundary = boundary;
+    if (boundary > heap->highest_boundary) heap->highest_boundary = boundary;
 
     lisp_object* object = &heap->slots[slot];
     object->type = descriptor->type;

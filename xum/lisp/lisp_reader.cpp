@@ -157,10 +157,10 @@ bool lisp_read_all(lisp_interpreter* interpreter, const char* text, lisp_environ
         next = lisp_read(interpreter, &frame[0], environment, text, next);
         if (next == 0) break;
         lisp_eval(interpreter, &frame[1], environment, &frame[0]);
-    } while (next != -1 && !interpreter->is_abandoned);
+    } while (next != -1 && !interpreter->is_abandoned && !interpreter->is_stopped);
     if (last != nullptr) lisp_copy_value(last, &frame[1]);
     lisp_pop_frame(interpreter, frame);
-    return next == -1;
+    return next == -1 && !interpreter->is_stopped;
 }
 
 static const char* describe(lisp_read_problem problem)

@@ -151,11 +151,13 @@ void LispScriptingDevice::callHost(const HostFunction& host, ScriptCall& call)
         host.function(call, host.user);
     } catch (...) {
         if (!thrown) thrown = std::current_exception();
+        interpreter.is_stopped = true;
         lisp_abandon(&interpreter, "error: exception in a function of the host!");
     }
 }
 
 void LispScriptingDevice::rethrow()
 {
+    interpreter.is_stopped = false;
     if (thrown) std::rethrow_exception(std::exchange(thrown, nullptr));
 }

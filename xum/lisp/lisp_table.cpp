@@ -86,7 +86,7 @@ lisp_put_result lisp_table_put(lisp_interpreter* interpreter, lisp_environment* 
         return lisp_put_nothing;
     }
     lisp_table_entry** bucket = bucket_of(table, hash);
-    *entry = {*bucket, hash, *key, *value};
+    *entry = {*bucket, hash, false, *key, *value};
     *bucket = entry;
     ++table->count;
     return lisp_put_added;
@@ -99,6 +99,7 @@ bool lisp_table_remove(lisp_interpreter* interpreter, lisp_environment* environm
     if (!lisp_hash_of_value(interpreter, environment, key, &hash)) return false;
     lisp_table_entry** link = find_link(table, hash, key);
     if (*link == nullptr) return false;
+    (*link)->is_removed = true;
     *link = (*link)->next;
     --table->count;
     return true;

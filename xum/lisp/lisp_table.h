@@ -7,6 +7,7 @@
 struct lisp_table_entry {
     lisp_table_entry* next;
     std::uint64_t hash;
+    bool is_removed; // from the table; a loop that is still at it goes on from here
     lisp_object key; // both are records of their own, in no slot
     lisp_object value;
 };

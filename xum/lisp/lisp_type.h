@@ -31,8 +31,8 @@ struct lisp_type {
 };
 
 /// Enters a type under its name. `parameters` are keywords separated by single blanks. Absent converters take the
-/// defaults; a converter object is copied. Null for a name of 128 characters or more, for more than 255 parameters, and,
-/// reported, when memory runs out.
+/// defaults; a converter object is copied. Null for a name of 128 characters or more, for more than 255 parameters,
+/// and, reported, when memory runs out.
 lisp_type* lisp_define_type(lisp_interpreter* interpreter, const char* name, const char* parameters,
                             void (*release)(lisp_interpreter* interpreter, lisp_object* object),
                             const lisp_object* from_string, const lisp_object* to_string, const lisp_object* to_hash);

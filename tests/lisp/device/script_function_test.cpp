@@ -477,6 +477,15 @@ TEST_F(ScriptFunctionTest, exceptionInTheDepthsLeavesNothingBehind)
               ":integer (2000)\n:integer (2000)\n");
 }
 
+TEST_F(ScriptFunctionTest, exceptionEndsTheText)
+{
+    ASSERT_TRUE(add("fail", "(:nil)", throwError));
+    ::testing::internal::CaptureStdout();
+    EXPECT_THROW(device->evaluateScript("(fail) (display \"not reached\")"), std::runtime_error);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "error: exception in a function of the host!\n");
+    EXPECT_EQ(outputOf("(display \"reached\")"), "reached\n");
+}
+
 TEST_F(ScriptFunctionTest, firstExceptionOfAnEvaluationCounts)
 {
     char first[] = "first";
