@@ -1,6 +1,7 @@
 #include "captured_output.h"
 #include "interpreter_fixture.h"
 
+#include <xum/lisp/lisp_builtins.h>
 #include <xum/lisp/lisp_memory.h>
 #include <xum/lisp/lisp_object.h>
 
@@ -136,6 +137,22 @@ TEST_F(LispCollector, wideDataOverflowsTheWorkListOfASmallRegion)
     collect();
     EXPECT_EQ(heap().live_objects, live);
     EXPECT_EQ(evaluate("(list-size wide)").payload.integer, 9000);
+}
+
+TEST_F(LispCollector, unlockingInTheMiddleOfAnExpressionLeavesWhatItHasMade)
+{
+    const lisp_native native = [](auto* interpreter, auto*, auto*, auto*, auto, auto*) {
+        interpreter->memory->unlock_all(&interpreter->heap);
+        interpreter->memory->garbage_collection(&interpreter->heap, &interpreter->root);
+    };
+    const lisp_native_descriptor descriptor = {"unlock-and-collect", "", "(:nil)", native};
+    ASSERT_NE(lisp_define_native(get(), &descriptor, nullptr), nullptr);
+    CapturedOutput captured;
+    evaluate("(do (define made (list (list \"early\") (unlock-and-collect) (list \"late\") (unlock-and-collect)))"
+             "    (list 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30 31 32)"
+             "    (display (head (head made)))"
+             "    (display (head (head (tail (tail made))))))");
+    EXPECT_EQ(lines, (Lines{"early", "late"}));
 }
 
 TEST_F(LispCollector, aTableWithoutObjectsKeepsItsValues)
