@@ -58,15 +58,14 @@ private:
     static void list(const std::vector<std::string>& names);
 
     Completer completer;
-    EditLine* editor;
+    EditLine* editor = nullptr;
     History* past;
     HistEvent event = {};
     std::string prompt;
     std::string historyFile;
 };
 
-EditingLineReader::EditingLineReader(Completer completer)
-    : completer(std::move(completer)), editor(nullptr), past(history_init())
+EditingLineReader::EditingLineReader(Completer completer) : completer(std::move(completer)), past(history_init())
 {
     std::setlocale(LC_CTYPE, ""); // characters of more than one byte; numbers stay as they are
     editor = el_init("xum", stdin, stdout, stderr);
