@@ -13,7 +13,7 @@ int main(int argc, char** argv)
     Engine* engine = initEngine(false);
     Window* window = engine != nullptr ? engine->createWindow("Hello, engine", 640, 480, true, false) : nullptr;
     RenderDevice* device = window != nullptr ? engine->createRenderDevice(window, "OpenGL") : nullptr;
-    if (device == nullptr) return EXIT_FAILURE; // log.txt says why
+    if (device == nullptr) return EXIT_FAILURE; // no display; log.txt may say more
     Shader* vertex = device->createShader(ShaderType::Vertex, "hello", {vertexText.begin(), vertexText.end()});
     Shader* fragment = device->createShader(ShaderType::Fragment, "hello", {fragmentText.begin(), fragmentText.end()});
     Program* program = device->createProgram({vertex, fragment}, {"position", "color"}, {"pixel"});

@@ -84,7 +84,8 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     parser.add_option("--size", size, "The window's size in pixels (" + size + ")")->type_name("WxH")->check(checkSize);
     parser
         .add_option("--data", dataDirectory, "The directory that holds shaders/ and textures/ (" + dataDirectory + ")")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check([](const std::string& directory) { return directory.empty() ? "an empty name" : ""; });
     parser.add_flag("--wireframe", options.startsAsWireframe, "Start with edges only");
 
     try {

@@ -1,5 +1,7 @@
 #include "engine_fixtures.h"
+#include "own_directory.h"
 
+#include <cstdlib>
 #include <limits>
 #include <string>
 
@@ -118,4 +120,27 @@ TEST_F(JoystickAxis, deadZoneIsSharedByAllInputDevices)
     second->setJoystickDeadZone(1000);
     EXPECT_EQ(changesAtValue(11), "-522");
     engine->destroyInputDevice(second);
+}
+
+namespace {
+
+/// In a process where nobody has set the dead zone.
+[[noreturn]] void exitWithTheDefaultDeadZone()
+{
+    enterOwnDirectory();
+    Engine* engine = initEngine(false);
+    InputDevice* input = engine->createInputDevice(false);
+    const auto isPressedAt = [&](Sint16 value) {
+        pushJoystickAxis(0, value);
+        engine->update();
+        return input->isDown(KeyCode::JoystickAxis0Positive);
+    };
+    std::_Exit(!isPressedAt(20000) && isPressedAt(20001) ? 0 : 1);
+}
+
+} // namespace
+
+TEST(JoystickDeadZone, is20000AtTheStart)
+{
+    EXPECT_EXIT(exitWithTheDefaultDeadZone(), ::testing::ExitedWithCode(0), "");
 }

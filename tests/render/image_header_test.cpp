@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <string_view>
 
 namespace {
 
@@ -51,7 +52,7 @@ TEST(ImageHeader, leavesUnknownFormatsToTheDecoder)
 {
     EXPECT_TRUE(isBelievable({0xFF}));
     EXPECT_TRUE(isBelievable(Bytes(100, 'x')));
-    EXPECT_TRUE(isBelievable({'G', 'I', 'F', '8', '9', 'a', 255, 255, 255, 255}));
+    EXPECT_TRUE(isBelievable({'R', 'I', 'F', 'F', '9', 'a', 255, 255, 255, 255}));
 }
 
 TEST(ImageHeader, leavesASourceWithoutALengthToTheDecoder)
@@ -280,4 +281,16 @@ TEST(ImageHeader, ofJpegDoesNotComeBehindAScanOrTheEnd)
         appendJpegFrame(jpeg, 65500, 65500);
         EXPECT_TRUE(isBelievable(jpeg)) << marker;
     }
+}
+
+TEST(ImageHeader, ofGifPcxAndPnmMayNotPromiseTooManyPixels)
+{
+    const auto header = [](std::string_view text) { return Bytes(text.begin(), text.end()); };
+    EXPECT_TRUE(isBelievable(header({"GIF89a\x10\x00\x20\x00", 10})));
+    EXPECT_FALSE(isBelievable(header({"GIF89a\x20\x4E\x20\x4E", 10})));
+    EXPECT_TRUE(isBelievable(header({"\x0A\x05\x01\x08\0\0\0\0\x0F\0\x0F\0", 12})));
+    EXPECT_FALSE(isBelievable(header({"\x0A\x05\x01\x08\0\0\0\0\x1F\x4E\x1F\x4E", 12})));
+    EXPECT_TRUE(isBelievable(header("P6\n16 16\n255\n")));
+    EXPECT_FALSE(isBelievable(header("P6\n20000 20000\n255\n")));
+    EXPECT_FALSE(isBelievable(header("P5 99999999999999999999 99999999999999999999 255 ")));
 }

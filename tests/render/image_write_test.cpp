@@ -170,3 +170,12 @@ TEST(ImageWriteToFile, failsSilentlyWhenTheDiskIsFull)
 }
 
 #endif
+
+TEST(ImageWrite, refusesANameWithANul)
+{
+    const Image image(1, 1, 0, nullptr, nullptr, false);
+    EXPECT_FALSE(image.writeToFile(std::string("cut\0.bmp", 8)));
+    EXPECT_FALSE(std::filesystem::exists("cut"));
+    EXPECT_TRUE(image.writeToFile("whole.bmp"));
+    EXPECT_EQ(loadImage(std::string("whole.bmp\0", 10)), nullptr);
+}

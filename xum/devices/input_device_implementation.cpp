@@ -11,8 +11,8 @@ InputDeviceImplementation::InputDeviceImplementation()
 {
     SDL_StartTextInput();
     const int count = SDL_NumJoysticks();
+    joysticks.reserve(static_cast<std::size_t>(std::max(count, 0))); // first: a device that fails logs nothing
     getLog() << "Input: found " << count << " joysticks/gamepads." << std::endl;
-    joysticks.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int i = 0; i < count; ++i) {
         SDL_Joystick* joystick = SDL_JoystickOpen(i);
         if (joystick == nullptr) continue;

@@ -74,6 +74,7 @@ public:
     virtual RenderDevice* createRenderDevice(Window* window, const char* name) = 0;
     virtual void destroyRenderDevice(RenderDevice* device) = 0;
 
+    /// Not built yet, as the network device, the console, the resource manager and the cache: null.
     virtual AudioDevice* createAudioDevice() = 0;
 
     /// Closes the mixer, also when the device is null.

@@ -62,6 +62,7 @@ void walk(const Listing& listing, const std::string& directory)
 void listFilesWith(DirectoryReader readDirectory, const std::string& directory, const std::string& filter,
                    bool recursive, const FileListingCallback& callback)
 {
+    if (directory.find('\0') != std::string::npos) return; // the system would list a directory of another name
     const bool needsSlash = !directory.empty() && directory.back() != '/';
     walk({readDirectory, filter, recursive, callback}, needsSlash ? directory + "/" : directory);
 }

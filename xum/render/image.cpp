@@ -120,6 +120,7 @@ bool Image::writeToFile(const std::string& fileName) const
         warning("Image::writeToFile() -> Only 'BMP' supported for now!");
         return false;
     }
+    if (fileName.find('\0') != std::string::npos) return false; // the system would write a file of another name
     // 64 bits: the pitch of an image wider than 2^29 pixels does not fit SDL's int.
     const std::int64_t pitch = std::int64_t{width} * static_cast<std::int64_t>(sizeof(Pixel));
     if (pitch > std::numeric_limits<int>::max()) return false;

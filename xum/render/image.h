@@ -58,9 +58,8 @@ public:
     /// A new image with the same pixels and alpha flag. Null when memory runs out.
     Image* clone() const;
 
-    /// Writes a 32-bit BMP. The name must contain ".bmp" (anywhere, lower case), else it is a warning,
-    /// "Image::writeToFile()
-    /// -> Only 'BMP' supported for now!", and false. False also when writing fails.
+    /// Writes a 32-bit BMP. The name must contain ".bmp" (anywhere, lower case), else it is a warning and false:
+    /// "Image::writeToFile() -> Only 'BMP' supported for now!". False also when writing fails.
     bool writeToFile(const std::string& fileName) const;
 
 private:

@@ -169,6 +169,49 @@ bool isJpegBelievable(SDL_RWops* source, std::int64_t fileSize)
     return true;
 }
 
+// The other formats with a size up front are only held against the limit.
+
+bool isGif(const Header& header)
+{
+    return std::memcmp(header.bytes, "GIF8", 4) == 0;
+}
+
+bool isGifBelievable(const Header& header)
+{
+    return !isTooLargeToDecode(littleEndian16(header.bytes + 6), littleEndian16(header.bytes + 8));
+}
+
+bool isPcx(const Header& header)
+{
+    return header.bytes[0] == 0x0A && header.bytes[1] <= 5 && header.bytes[2] == 1;
+}
+
+bool isPcxBelievable(const Header& header)
+{
+    const int width = littleEndian16(header.bytes + 8) - littleEndian16(header.bytes + 4) + 1;
+    const int height = littleEndian16(header.bytes + 10) - littleEndian16(header.bytes + 6) + 1;
+    return !isTooLargeToDecode(width, height);
+}
+
+/// "P1" to "P6".
+bool isPnm(const Header& header)
+{
+    return header.bytes[0] == 'P' && header.bytes[1] >= '1' && header.bytes[1] <= '6';
+}
+
+/// Two decimal numbers behind white space; comments may put them beyond what was read, and then they pass.
+bool isPnmBelievable(const Header& header)
+{
+    std::int64_t numbers[2] = {};
+    const unsigned char* at = header.bytes + 2;
+    const unsigned char* end = header.bytes + sizeof header.bytes;
+    for (std::int64_t& number : numbers) {
+        while (at != end && (*at < '0' || *at > '9')) ++at;
+        for (; at != end && *at >= '0' && *at <= '9' && number < 1000000000; ++at) number = number * 10 + (*at - '0');
+    }
+    return !isTooLargeToDecode(numbers[0], numbers[1]);
+}
+
 } // namespace
 
 bool isTooLargeToDecode(std::int64_t width, std::int64_t height)
@@ -186,5 +229,8 @@ bool isImageHeaderBelievable(SDL_RWops* source)
     if (isPng(header)) return isPngBelievable(header) && arePngChunksWhole(source, header.fileSize);
     if (isBmp(header)) return isBmpBelievable(header);
     if (isJpeg(header)) return isJpegBelievable(source, header.fileSize);
+    if (isGif(header)) return isGifBelievable(header);
+    if (isPcx(header)) return isPcxBelievable(header);
+    if (isPnm(header)) return isPnmBelievable(header);
     return true;
 }

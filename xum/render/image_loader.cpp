@@ -43,6 +43,7 @@ bool isWorthDecoding(SDL_RWops* source)
 
 Image* loadImage(const std::string& fileName)
 {
+    if (fileName.find('\0') != std::string::npos) return nullptr; // the system would open a file of another name
     if (!isWorthDecoding(SDL_RWFromFile(fileName.c_str(), "rb"))) return nullptr;
     return imageFromSurface(IMG_Load(fileName.c_str()));
 }

@@ -56,7 +56,8 @@ public:
                                    const std::list<std::string>& outputs) = 0;
     virtual void destroyProgram(Program* program) = 0;
 
-    /// An empty texture of 8-bit RGBA, left bound to unit 0.
+    /// An empty texture of 8-bit RGBA, left bound to unit 0. Null, with a log line, for a negative size and for one
+    /// above what the hardware can have (at least 1024, 16384 is usual).
     virtual Texture* createTexture(int width, int height, bool mipmaps) = 0;
 
     /// Also forgets what is bound to every unit.

@@ -31,7 +31,8 @@ public:
     virtual void update(const void* rgbaPixels) = 0;
 
     /// Reads the texture back as 8-bit RGBA; the caller owns the image. A rendered target has its bottom row first:
-    /// flip it for an upright image. A depth texture reads as zeroes. Null when memory runs out.
+    /// flip it for an upright image. A depth texture reads as zeroes. Null when memory runs out, and
+    /// for a texture of a render target whose size is impossible.
     virtual Image* toImage(bool flipVertically) = 0;
 
     virtual ~Texture() = default;

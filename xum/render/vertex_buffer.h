@@ -27,6 +27,7 @@ public:
     virtual void setIndices(const std::vector<unsigned int>& indices) = 0;
 
     /// The draws. `first` counts indices where there are any, else vertices; a count of -1 means all from `first` on.
+    /// A negative `first` draws nothing.
     /// Lines: each pair is a segment.
     virtual void drawLines(int first = 0, int count = -1) = 0;
     virtual void drawTriangles(int first = 0, int count = -1) = 0;

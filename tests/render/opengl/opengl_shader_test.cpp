@@ -94,7 +94,11 @@ TEST_F(OpenGLShader, unknownTypeGivesNull)
 
 TEST_F(OpenGLShader, computeShaderCompilesWhereTheContextHasThem)
 {
-    if (glDispatchCompute == nullptr) return; // a true 3.2 context: that creation does not crash is tested above
+    GLint major = 0;
+    GLint minor = 0;
+    glGetIntegerv(GL_MAJOR_VERSION, &major);
+    glGetIntegerv(GL_MINOR_VERSION, &minor);
+    if (major * 10 + minor < 43) return; // a true 3.2 context: that creation does not crash is tested above
     Shader* shader = device->createShader(ShaderType::Compute, "compute",
                                           terminated("#version 430\nlayout(local_size_x = 1) in;\nvoid main() {}\n"));
     Program* program = device->createProgram({shader}, {}, {});

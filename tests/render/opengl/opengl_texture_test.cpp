@@ -1,6 +1,9 @@
+#include "file_contents.h"
 #include "gl_fixture.h"
+#include "message_boxes.h"
 
 #include <algorithm>
+#include <limits>
 
 // Creation, filters, clamping, updating and reading back. The formats stand in texture_format_test.cpp, what a texture
 // looks like in a shader in texture_sampling_test.cpp.
@@ -285,4 +288,32 @@ TEST_F(OpenGLTexture, destructionDeletesItsName)
     const GLuint name = texture->getHandle();
     device->destroyTexture(texture);
     EXPECT_EQ(glIsTexture(name), GL_FALSE);
+}
+
+TEST_F(OpenGLTexture, impossibleSizesGiveNull)
+{
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    for (const int size : {-1, largest + 1, 100000000, std::numeric_limits<int>::max()}) {
+        EXPECT_EQ(device->createTexture(size, 1, false), nullptr) << size;
+        EXPECT_EQ(device->createTexture(1, size, true), nullptr) << size;
+        EXPECT_NE(logLines().back().find("Texture::Texture() -> impossible size (1 x " + std::to_string(size) + ")!"),
+                  std::string::npos);
+    }
+    Texture* longest = device->createTexture(largest, 1, false);
+    ASSERT_NE(longest, nullptr);
+    device->destroyTexture(longest);
+}
+
+TEST_F(OpenGLTexture, ofAnImpossibleTargetHoldsNothing)
+{
+    RenderTarget* target = device->createRenderTarget(1, 100000000, {TextureFormat()});
+    ASSERT_NE(target, nullptr);
+    ASSERT_EQ(shownMessageBoxes().size(), 1u);
+    EXPECT_EQ(shownMessageBoxes()[0].text, "FBO not complete!");
+    const unsigned char pixels[4] = {};
+    target->getTexture(0)->update(pixels);
+    EXPECT_EQ(target->getTexture(0)->toImage(false), nullptr);
+    device->destroyRenderTarget(target);
+    shownMessageBoxes().clear();
 }

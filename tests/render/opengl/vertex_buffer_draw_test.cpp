@@ -294,3 +294,14 @@ TEST_F(OpenGLDraw, twoBuffersKeepTheirIndicesApart)
     EXPECT_EQ(triangles(second), "...#");
     EXPECT_EQ(triangles(first), "#...");
 }
+
+TEST_F(OpenGLDraw, aNegativeStartDrawsNothing)
+{
+    VertexBuffer* buffer = device->createVertexBuffer(false);
+    buffer->setAttribute(0, fourTriangles());
+    EXPECT_EQ(triangles(buffer, -3), triangles(buffer, 0, 0));
+    EXPECT_EQ(triangles(buffer, -3, 6), triangles(buffer, 0, 0));
+    buffer->setIndices({0, 1, 2});
+    EXPECT_EQ(triangles(buffer, -1, 3), triangles(buffer, 0, 0));
+    device->destroyVertexBuffer(buffer);
+}

@@ -96,14 +96,20 @@ void OpenGLRenderDevice::swap(Window* window)
     if (window != nullptr) SDL_GL_SwapWindow(window->getHandle());
 }
 
+// A target that does not come about takes its framebuffer with it, which leaves the window bound: what the caches name
+// is bound again.
 RenderTarget* OpenGLRenderDevice::createRenderTarget(int width, int height, const std::list<TextureFormat>& formats)
 {
-    return orNull([&]() -> RenderTarget* {
+    try {
         auto target = std::make_unique<OpenGLRenderTarget>(textureUnits, width, height, formats);
         drawTarget = target.get();
         readTarget = target.get();
         return target.release();
-    });
+    } catch (const std::bad_alloc&) {
+        glBindFramebuffer(GL_DRAW_FRAMEBUFFER, drawTarget != nullptr ? drawTarget->getName() : 0);
+        glBindFramebuffer(GL_READ_FRAMEBUFFER, readTarget != nullptr ? readTarget->getName() : 0);
+        return nullptr;
+    }
 }
 
 // Deleting a bound framebuffer binds the window in its place, which is what null in the cache says.
@@ -160,8 +166,10 @@ void OpenGLRenderDevice::destroyProgram(Program* program)
 
 Texture* OpenGLRenderDevice::createTexture(int width, int height, bool mipmaps)
 {
-    return orNull(
-        [&]() -> Texture* { return new OpenGL::Texture(textureUnits, width, height, TextureFormat(), mipmaps); });
+    return orNull([&]() -> Texture* {
+        auto texture = std::make_unique<OpenGL::Texture>(textureUnits, width, height, TextureFormat(), mipmaps);
+        return texture->hasStorage() ? texture.release() : nullptr;
+    });
 }
 
 void OpenGLRenderDevice::destroyTexture(Texture* texture)

@@ -44,8 +44,6 @@ GLbitfield bufferMask(bool color, bool depth, bool stencil)
 OpenGLRenderTarget::OpenGLRenderTarget(OpenGL::TextureUnits& units, int width, int height,
                                        const std::list<TextureFormat>& formats)
 {
-    glGenFramebuffers(1, &framebuffer);
-    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     int nextColor = 0;
     for (const TextureFormat& format : formats)
         attach(std::make_unique<OpenGL::Texture>(units, width, height, format, false), nextColor);
@@ -53,11 +51,18 @@ OpenGLRenderTarget::OpenGLRenderTarget(OpenGL::TextureUnits& units, int width, i
     if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) warning("FBO not complete!");
 }
 
-OpenGLRenderTarget::~OpenGLRenderTarget()
+// The textures go first, then the framebuffer: the order of the members.
+OpenGLRenderTarget::~OpenGLRenderTarget() = default;
+
+OpenGLRenderTarget::Framebuffer::Framebuffer()
 {
-    depthTexture.reset();
-    for (auto& texture : colorTextures) texture.reset();
-    glDeleteFramebuffers(1, &framebuffer);
+    glGenFramebuffers(1, &name);
+    glBindFramebuffer(GL_FRAMEBUFFER, name);
+}
+
+OpenGLRenderTarget::Framebuffer::~Framebuffer()
+{
+    glDeleteFramebuffers(1, &name);
 }
 
 void OpenGLRenderTarget::attach(std::unique_ptr<OpenGL::Texture> texture, int& nextColor)

@@ -21,7 +21,7 @@ public:
     OpenGLRenderTarget(const OpenGLRenderTarget&) = delete;
     OpenGLRenderTarget& operator=(const OpenGLRenderTarget&) = delete;
 
-    unsigned int getName() const { return framebuffer; }
+    unsigned int getName() const { return framebuffer.name; }
 
     void setColorWrite(int attachment, bool enabled) override;
     Texture* getTexture(int attachment) override;
@@ -36,7 +36,16 @@ private:
     void attachDepth(std::unique_ptr<OpenGL::Texture> texture);
     void selectDrawBuffers();
 
-    unsigned int framebuffer = 0;
+    /// Generated and bound; deleted also when the construction of the target fails later.
+    struct Framebuffer {
+        unsigned int name = 0;
+        Framebuffer();
+        ~Framebuffer();
+        Framebuffer(const Framebuffer&) = delete;
+        Framebuffer& operator=(const Framebuffer&) = delete;
+    };
+
+    Framebuffer framebuffer;
     std::unique_ptr<OpenGL::Texture> depthTexture;
     std::array<std::unique_ptr<OpenGL::Texture>, colorCount> colorTextures;
 };

@@ -31,9 +31,16 @@ GLint wrapMode(bool clamp)
     return clamp ? GL_CLAMP_TO_EDGE : GL_REPEAT;
 }
 
+/// Larger sizes are more than an error to some drivers.
+bool isPossibleSize(int width, int height)
+{
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    return width >= 0 && height >= 0 && width <= largest && height <= largest;
+}
+
 void reverseRows(std::vector<unsigned char>& pixels, std::size_t rowSize)
 {
-    if (rowSize == 0) return;
     auto top = pixels.begin();
     auto bottom = pixels.end() - static_cast<std::ptrdiff_t>(rowSize);
     for (; top < bottom; top += static_cast<std::ptrdiff_t>(rowSize), bottom -= static_cast<std::ptrdiff_t>(rowSize))
@@ -50,7 +57,8 @@ bool hasTranslucentByte(const std::vector<unsigned char>& rgba)
 } // namespace
 
 Texture::Texture(TextureUnits& units, int width, int height, const TextureFormat& format, bool mipmaps)
-    : units(units), width(width), height(height), format(format), mipmaps(mipmaps)
+    : units(units), width(width), height(height), format(format), mipmaps(mipmaps),
+      isAllocated(isPossibleSize(width, height))
 {
     const auto layout = textureFormatToGL(format);
     if (!layout) error("Invalid texture format!");
@@ -59,6 +67,10 @@ Texture::Texture(TextureUnits& units, int width, int height, const TextureFormat
     setFilters(GL_NEAREST, mipmaps ? GL_NEAREST_MIPMAP_NEAREST : GL_NEAREST);
     setParameter(GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     setParameter(GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    if (!isAllocated) {
+        getLog() << "Texture::Texture() -> impossible size (" << width << " x " << height << ")!" << std::endl;
+        return;
+    }
     glTexImage2D(GL_TEXTURE_2D, 0, layout->internalFormat, width, height, 0, layout->format, layout->type, nullptr);
 }
 
@@ -113,6 +125,7 @@ void Texture::setClamp(bool clampS, bool clampT)
 
 void Texture::update(const void* rgbaPixels)
 {
+    if (!isAllocated) return;
     units.bindToActiveUnit(this);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, rgbaPixels);
     if (mipmaps) glGenerateMipmap(GL_TEXTURE_2D);
@@ -120,6 +133,7 @@ void Texture::update(const void* rgbaPixels)
 
 Image* Texture::toImage(bool flipVertically)
 {
+    if (!isAllocated) return nullptr;
     try {
         const std::size_t rowSize = static_cast<std::size_t>(std::max(width, 0)) * 4;
         // Zeroes: what a texture that OpenGL cannot read as colours, a depth texture, gives.

@@ -19,6 +19,9 @@ public:
     Texture(const Texture&) = delete;
     Texture& operator=(const Texture&) = delete;
 
+    /// False when the size is one that OpenGL cannot have: the texture then holds nothing and cannot be filled.
+    bool hasStorage() const { return isAllocated; }
+
     unsigned int getHandle() override;
     const TextureFormat& getFormat() override;
     int getWidth() override;
@@ -35,6 +38,7 @@ private:
     int height;
     TextureFormat format;
     bool mipmaps;
+    bool isAllocated;
 };
 
 } // namespace OpenGL

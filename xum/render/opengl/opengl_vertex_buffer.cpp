@@ -167,8 +167,9 @@ void OpenGLVertexBuffer::drawTriangleFan(int first, int count)
 
 void OpenGLVertexBuffer::draw(unsigned int mode, int first, int count)
 {
+    if (first < 0) return;
     const bool isIndexed = indexBuffer != 0;
-    if (count == -1) count = std::max((isIndexed ? indexCount : vertexCount) - std::max(first, 0), 0);
+    if (count == -1) count = std::max((isIndexed ? indexCount : vertexCount) - first, 0);
     bindVertexArray(vertexArray);
     if (isIndexed) {
         const std::intptr_t offset = std::intptr_t{first} * static_cast<std::intptr_t>(sizeof(unsigned int));
