@@ -29,6 +29,7 @@ LAYERS = {
     """,
     # Concrete devices and the state behind them.
     5: """
+        devices/audio_data
         devices/*_implementation
         devices/input_state
         engine/*_system_device
@@ -69,6 +70,7 @@ LAYERS = {
         files/config_*
         files/data_root
         files/file
+        files/file_opening
         files/file_serializer
         files/program_description
         files/read_file

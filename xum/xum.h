@@ -2,15 +2,26 @@
 
 /// All public headers of xum-engine.
 
+#include <xum/devices/audio_device.h>
+#include <xum/devices/console.h>
 #include <xum/devices/input_device.h>
 #include <xum/devices/key_codes.h>
+#include <xum/devices/network_device.h>
 #include <xum/engine/engine.h>
 #include <xum/engine/export.h>
 #include <xum/engine/game_engine.h>
 #include <xum/engine/log.h>
 #include <xum/engine/system_device.h>
 #include <xum/engine/window.h>
+#include <xum/files/cache.h>
+#include <xum/files/config_file.h>
+#include <xum/files/config_section.h>
 #include <xum/files/data_root.h>
+#include <xum/files/file.h>
+#include <xum/files/file_serializer.h>
+#include <xum/files/resource_manager.h>
+#include <xum/files/serializer.h>
+#include <xum/geometry/base_list.h>
 #include <xum/geometry/box.h>
 #include <xum/geometry/fixed.h>
 #include <xum/geometry/matrix.h>

@@ -45,13 +45,26 @@ TEST_F(DeviceFactory, everyDestroyOperationAcceptsNull)
     EXPECT_TRUE(engine->update());
 }
 
-TEST_F(DeviceFactory, devicesThatAreNotBuiltYetAreNull)
+TEST_F(DeviceFactory, everyCreateOperationMakesItsDevice)
 {
-    EXPECT_EQ(engine->createAudioDevice(), nullptr);
-    EXPECT_EQ(engine->createNetworkDevice(), nullptr);
-    EXPECT_EQ(engine->createConsole(), nullptr);
-    EXPECT_EQ(engine->createResourceManager(), nullptr);
-    EXPECT_EQ(engine->createCache(nullptr), nullptr);
+    AudioDevice* audio = engine->createAudioDevice();
+    EXPECT_NE(audio, nullptr);
+    NetworkDevice* network = engine->createNetworkDevice();
+    EXPECT_NE(network, nullptr);
+    Console* console = engine->createConsole();
+    EXPECT_NE(console, nullptr);
+    ResourceManager* resources = engine->createResourceManager();
+    EXPECT_NE(resources, nullptr);
+    Cache* cache = engine->createCache(resources);
+    EXPECT_NE(cache, nullptr);
+    ScriptingDevice* scripting = engine->createScriptingDevice();
+    EXPECT_NE(scripting, nullptr);
+    engine->destroyScriptingDevice(scripting);
+    engine->destroyCache(cache);
+    engine->destroyResourceManager(resources);
+    engine->destroyConsole(console);
+    engine->destroyNetworkDevice(network);
+    engine->destroyAudioDevice(audio);
 }
 
 TEST_F(DeviceFactory, devicesOfOneKindAreIndependent)

@@ -1,8 +1,13 @@
 #include <xum/engine/engine_implementation.h>
 
+#include <xum/devices/audio_device_implementation.h>
+#include <xum/devices/console_implementation.h>
 #include <xum/devices/input_device_implementation.h>
+#include <xum/devices/network_device_implementation.h>
 #include <xum/engine/log.h>
 #include <xum/engine/window_implementation.h>
+#include <xum/files/cache_implementation.h>
+#include <xum/files/resource_manager_implementation.h>
 #include <xum/lisp/lisp_scripting_device.h>
 #include <xum/render/opengl/opengl_render_device.h>
 #include <xum/render/software_render_device.h>
@@ -86,21 +91,25 @@ void EngineImplementation::destroyRenderDevice(RenderDevice* device)
 
 AudioDevice* EngineImplementation::createAudioDevice()
 {
-    return nullptr;
+    return AudioDeviceImplementation::create();
 }
 
-void EngineImplementation::destroyAudioDevice(AudioDevice* /*device*/)
+void EngineImplementation::destroyAudioDevice(AudioDevice* device)
 {
+    delete static_cast<AudioDeviceImplementation*>(device);
     Mix_CloseAudio();
     Mix_Quit();
 }
 
 NetworkDevice* EngineImplementation::createNetworkDevice()
 {
-    return nullptr;
+    return make<NetworkDeviceImplementation>();
 }
 
-void EngineImplementation::destroyNetworkDevice(NetworkDevice* /*device*/) {}
+void EngineImplementation::destroyNetworkDevice(NetworkDevice* device)
+{
+    delete static_cast<NetworkDeviceImplementation*>(device);
+}
 
 ScriptingDevice* EngineImplementation::createScriptingDevice()
 {
@@ -114,21 +123,30 @@ void EngineImplementation::destroyScriptingDevice(ScriptingDevice* device)
 
 Console* EngineImplementation::createConsole()
 {
-    return nullptr;
+    return make<ConsoleImplementation>();
 }
 
-void EngineImplementation::destroyConsole(Console* /*console*/) {}
+void EngineImplementation::destroyConsole(Console* console)
+{
+    delete static_cast<ConsoleImplementation*>(console);
+}
 
 ResourceManager* EngineImplementation::createResourceManager()
 {
-    return nullptr;
+    return make<ResourceManagerImplementation>();
 }
 
-void EngineImplementation::destroyResourceManager(ResourceManager* /*resources*/) {}
-
-Cache* EngineImplementation::createCache(ResourceManager* /*resources*/)
+void EngineImplementation::destroyResourceManager(ResourceManager* resources)
 {
-    return nullptr;
+    delete static_cast<ResourceManagerImplementation*>(resources);
 }
 
-void EngineImplementation::destroyCache(Cache* /*cache*/) {}
+Cache* EngineImplementation::createCache(ResourceManager* resources)
+{
+    return make<CacheImplementation>(resources);
+}
+
+void EngineImplementation::destroyCache(Cache* cache)
+{
+    delete static_cast<CacheImplementation*>(cache);
+}

@@ -74,10 +74,11 @@ public:
     virtual RenderDevice* createRenderDevice(Window* window, const char* name) = 0;
     virtual void destroyRenderDevice(RenderDevice* device) = 0;
 
-    /// Not built yet, as the network device, the console, the resource manager and the cache: null.
+    /// Opens the mixer: 44100 hertz, 16 bits, stereo, 64 channels. Null, without a message, when that fails: there is
+    /// no sound card, for example.
     virtual AudioDevice* createAudioDevice() = 0;
 
-    /// Closes the mixer, also when the device is null.
+    /// Closes the mixer, also when the device is null. Of two devices the second one destroyed closes it.
     virtual void destroyAudioDevice(AudioDevice* device) = 0;
 
     virtual NetworkDevice* createNetworkDevice() = 0;
@@ -92,6 +93,7 @@ public:
     virtual ResourceManager* createResourceManager() = 0;
     virtual void destroyResourceManager(ResourceManager* resources) = 0;
 
+    /// The cache reads through the resource manager, which must outlive it and may be the host's own.
     virtual Cache* createCache(ResourceManager* resources) = 0;
     virtual void destroyCache(Cache* cache) = 0;
 

@@ -1,0 +1,236 @@
+#include <xum/files/cache_implementation.h>
+
+#include <xum/devices/audio_device.h>
+#include <xum/engine/log.h>
+#include <xum/files/config_file.h>
+#include <xum/files/data_root.h>
+#include <xum/files/program_description.h>
+#include <xum/files/resource_manager.h>
+#include <xum/render/image.h>
+#include <xum/render/program.h>
+#include <xum/render/render_device.h>
+#include <xum/render/shader.h>
+#include <xum/render/texture.h>
+
+#include <list>
+#include <memory>
+#include <new>
+
+CacheImplementation::CacheImplementation(ResourceManager* resources) : resources(resources), dataRoot(defaultDataRoot())
+{}
+
+CacheImplementation::~CacheImplementation()
+{
+    release(nullptr, nullptr, true);
+}
+
+std::string CacheImplementation::getDataRoot()
+{
+    return dataRoot;
+}
+
+void CacheImplementation::setDataRoot(const std::string& directory)
+{
+    dataRoot = directory;
+}
+
+std::string CacheImplementation::getShaderDirectory()
+{
+    return shaderDirectory;
+}
+
+void CacheImplementation::setShaderDirectory(const std::string& directory)
+{
+    shaderDirectory = directory;
+}
+
+std::string CacheImplementation::getProgramDirectory()
+{
+    return programDirectory;
+}
+
+void CacheImplementation::setProgramDirectory(const std::string& directory)
+{
+    programDirectory = directory;
+}
+
+std::string CacheImplementation::getTextureDirectory()
+{
+    return textureDirectory;
+}
+
+void CacheImplementation::setTextureDirectory(const std::string& directory)
+{
+    textureDirectory = directory;
+}
+
+std::string CacheImplementation::getSampleDirectory()
+{
+    return sampleDirectory;
+}
+
+void CacheImplementation::setSampleDirectory(const std::string& directory)
+{
+    sampleDirectory = directory;
+}
+
+std::string CacheImplementation::getStreamDirectory()
+{
+    return streamDirectory;
+}
+
+void CacheImplementation::setStreamDirectory(const std::string& directory)
+{
+    streamDirectory = directory;
+}
+
+int CacheImplementation::getId(const std::string& name)
+{
+    if (const auto known = ids.find(name); known != ids.end()) return known->second;
+    try { // what can fail comes first, so that nothing is half registered
+        const std::size_t count = records.size();
+        if (count == records.capacity()) records.reserve(count * 2 + 16);
+        names.reserve(records.capacity());
+        const int id = static_cast<int>(count);
+        names.push_back(&ids.emplace(name, id).first->first);
+        records.emplace_back();
+        return id;
+    } catch (const std::bad_alloc&) {
+        return -1;
+    }
+}
+
+template <class Item, class Load>
+typename Item::Object* CacheImplementation::get(const char* operation, typename Item::Device* device, int id,
+                                                bool transient, Load load)
+{
+    if (id < 0 || static_cast<std::size_t>(id) >= records.size()) return nullptr;
+    const std::size_t index = static_cast<std::size_t>(id);
+    if (const Item* item = std::get_if<Item>(&records[index].loaded)) return item->object;
+    const std::string& name = *names[index];
+    if (records[index].loaded.index() != 0)
+        error("Cache::" + std::string(operation) + "() -> data of another kind is loaded (" + name + ")!");
+    try {
+        typename Item::Object* object = load(name);
+        // Only now: the host's resource manager may have registered names meanwhile.
+        if (object != nullptr) records[index] = {Item{object, device}, transient};
+        return object;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+Program* CacheImplementation::getProgram(RenderDevice* device, int id, bool transient)
+{
+    return get<MadeProgram>("getProgram", device, id, transient,
+                            [&](const std::string& name) { return loadProgram(device, name); });
+}
+
+Texture* CacheImplementation::getTexture(RenderDevice* device, int id, bool mipmaps, bool transient)
+{
+    return get<MadeTexture>("getTexture", device, id, transient,
+                            [&](const std::string& name) { return loadTexture(device, name, mipmaps); });
+}
+
+Sample* CacheImplementation::getSample(AudioDevice* audio, int id, bool transient)
+{
+    return get<MadeSample>("getSample", audio, id, transient,
+                           [&](const std::string& name) { return loadSample(audio, name); });
+}
+
+Stream* CacheImplementation::getStream(AudioDevice* audio, int id, bool transient)
+{
+    return get<MadeStream>("getStream", audio, id, transient,
+                           [&](const std::string& name) { return loadStream(audio, name); });
+}
+
+bool CacheImplementation::loadFile(std::vector<unsigned char>& data, const std::string& directory,
+                                   const std::string& name)
+{
+    return resources != nullptr && resources->load(data, dataRoot + directory + name);
+}
+
+Program* CacheImplementation::loadProgram(RenderDevice* device, const std::string& name)
+{
+    const ProgramDescription description(ConfigFile(resources, dataRoot + programDirectory + name));
+    std::list<Shader*> parts;
+    for (std::size_t kind = 0; kind < description.shaders.size(); ++kind)
+        for (const std::string& shader : description.shaders[kind])
+            parts.push_back(getShader(device, static_cast<ShaderType>(kind), shader));
+    return device != nullptr ? device->createProgram(parts, description.inputs, description.outputs) : nullptr;
+}
+
+Shader* CacheImplementation::getShader(RenderDevice* device, ShaderType type, const std::string& name)
+{
+    if (device == nullptr) return nullptr;
+    const auto known = shaders.find({type, name});
+    if (known != shaders.end()) {
+        const CachedShader& cached = known->second;
+        // Nothing from a device that makes nothing is no answer for another one.
+        if (cached.shader != nullptr || cached.device == nullptr || cached.device == device) return cached.shader;
+    }
+    CachedShader& cached = known != shaders.end() ? known->second : shaders[{type, name}];
+    std::vector<unsigned char> data;
+    if (!loadFile(data, shaderDirectory, name)) return nullptr;
+    std::vector<char> source;
+    source.reserve(data.size() + 1);
+    source.assign(data.begin(), data.end());
+    source.push_back('\0');
+    cached.device = device;
+    cached.shader = device->createShader(type, name, source);
+    return cached.shader;
+}
+
+Texture* CacheImplementation::loadTexture(RenderDevice* device, const std::string& name, bool mipmaps)
+{
+    std::vector<unsigned char> data;
+    std::unique_ptr<Image> image;
+    if (loadFile(data, textureDirectory, name)) image.reset(loadImageFromMemory(data));
+    if (!image) error("Could not load texture: " + name);
+    if (device == nullptr) return nullptr;
+    Texture* texture = device->createTexture(image->getWidth(), image->getHeight(), mipmaps);
+    if (texture != nullptr) texture->update(image->getPixels());
+    return texture;
+}
+
+Sample* CacheImplementation::loadSample(AudioDevice* audio, const std::string& name)
+{
+    std::vector<unsigned char> data;
+    const bool isRead = loadFile(data, sampleDirectory, name);
+    Sample* sample = isRead && audio != nullptr ? audio->loadSampleFromMemory(data) : nullptr;
+    if (!isRead || (sample == nullptr && audio != nullptr)) error("Could not load sample: " + name);
+    return sample;
+}
+
+Stream* CacheImplementation::loadStream(AudioDevice* audio, const std::string& name)
+{
+    std::vector<unsigned char> data;
+    const bool isRead = loadFile(data, streamDirectory, name);
+    Stream* stream = isRead && audio != nullptr ? audio->loadStreamFromMemory(data) : nullptr;
+    if (!isRead || (stream == nullptr && audio != nullptr)) error("Could not load stream: " + name);
+    return stream;
+}
+
+void CacheImplementation::release(RenderDevice* device, AudioDevice* audio, bool all)
+{
+    for (Record& record : records) {
+        if (!all && !record.transient) continue;
+        if (const auto* program = std::get_if<MadeProgram>(&record.loaded))
+            (device != nullptr ? device : program->device)->destroyProgram(program->object);
+        else if (const auto* texture = std::get_if<MadeTexture>(&record.loaded))
+            (device != nullptr ? device : texture->device)->destroyTexture(texture->object);
+        else if (const auto* sample = std::get_if<MadeSample>(&record.loaded))
+            (audio != nullptr ? audio : sample->device)->destroySample(sample->object);
+        else if (const auto* stream = std::get_if<MadeStream>(&record.loaded))
+            (audio != nullptr ? audio : stream->device)->destroyStream(stream->object);
+        record.loaded = {};
+    }
+    if (all) releaseShaders(device);
+}
+
+void CacheImplementation::releaseShaders(RenderDevice* device)
+{
+    for (const auto& [key, cached] : shaders)
+        if (cached.shader != nullptr) (device != nullptr ? device : cached.device)->destroyShader(cached.shader);
+    shaders = ShaderMap(shaderBuckets);
+}

@@ -1,0 +1,53 @@
+#include <xum/files/resource_manager_implementation.h>
+
+#include <xum/files/file_opening.h>
+#include <xum/files/read_file.h>
+#include <xum/files/resource_path.h>
+
+#include <algorithm>
+#include <new>
+
+namespace {
+
+/// False when memory for them runs out, with `data` as it was.
+bool resize(std::vector<unsigned char>& data, std::uint64_t size)
+{
+    if (size > data.max_size()) return false;
+    try {
+        data.resize(static_cast<std::size_t>(size));
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+bool loadPlain(std::vector<unsigned char>& data, InputFile& file)
+{
+    if (!resize(data, file.getSize())) return false;
+    // A file that shrinks meanwhile, a broken disk: the size stands, and nothing that was in `data` before stays.
+    if (!readBytes(file, data.data(), data.size())) std::fill(data.begin(), data.end(), static_cast<unsigned char>(0));
+    return true;
+}
+
+} // namespace
+
+ResourceFileImplementation* ResourceManagerImplementation::addResourceFile(const std::string& fileName)
+{
+    try {
+        return new ResourceFileImplementation(fileName, *this);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+bool ResourceManagerImplementation::load(std::vector<unsigned char>& data, const std::string& name)
+{
+    if (mayBeReadable(name)) {
+        InputFile plain(name);
+        if (plain.isOpen()) return loadPlain(data, plain);
+    }
+    const std::string key = normalizeResourceName(name);
+    for (ResourceFileImplementation* archive = getLast(); archive != nullptr; archive = archive->getPrev())
+        if (archive->load(data, key)) return true;
+    return false;
+}

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+
+template <class T>
+class BaseListNode;
+
+/// An intrusive doubly linked list of T, which derives from BaseListNode<T>.
+template <class T>
+class BaseList {
+public:
+    /// With ownsElements, destroying or clearing the list deletes the elements; otherwise it only unlinks them.
+    explicit BaseList(bool ownsElements = false) : ownsElements(ownsElements) {}
+
+    virtual ~BaseList() { clear(); }
+
+    BaseList(const BaseList&) = delete;
+    BaseList& operator=(const BaseList&) = delete;
+
+    std::uint32_t getCount() const { return count; }
+
+    /// The ends; null when the list is empty.
+    T* getFirst() const { return static_cast<T*>(first); }
+    T* getLast() const { return static_cast<T*>(last); }
+
+    bool isOwner() const { return ownsElements; }
+
+    /// Links the element at the end, out of any other list that it is in. Does nothing if it is in this one, or null.
+    void append(T* element)
+    {
+        if (element != nullptr) static_cast<BaseListNode<T>*>(element)->appendTo(this);
+    }
+
+    /// Takes all elements out, from the front; deletes them if the list owns them.
+    void clear()
+    {
+        while (first != nullptr) {
+            if (ownsElements)
+                delete first; // unlinks itself
+            else
+                first->unlink();
+        }
+    }
+
+private:
+    friend class BaseListNode<T>;
+
+    std::uint32_t count = 0;
+    // Not T*: an element links itself while it is constructed, and is no T yet.
+    BaseListNode<T>* first = nullptr;
+    BaseListNode<T>* last = nullptr;
+    bool ownsElements;
+};
+
+/// What an element of a BaseList<T> derives from.
+template <class T>
+class BaseListNode {
+public:
+    /// Unlinks the node.
+    virtual ~BaseListNode() { unlink(); }
+
+    /// Null when the node is in no list.
+    BaseList<T>* getList() const { return list; }
+
+    /// The neighbours; null at the ends and outside a list.
+    T* getPrev() const { return static_cast<T*>(prev); }
+    T* getNext() const { return static_cast<T*>(next); }
+
+    /// Links the node at the end of a list, out of any other that it is in. Does nothing if it is in that one, or if
+    /// the list is null.
+    void appendTo(BaseList<T>* newList)
+    {
+        if (newList == nullptr || newList == list) return;
+        unlink();
+        list = newList;
+        prev = list->last;
+        (prev != nullptr ? prev->next : list->first) = this;
+        list->last = this;
+        ++list->count;
+    }
+
+    /// Takes the node out of its list, if it is in one.
+    void unlink()
+    {
+        if (list == nullptr) return;
+        (prev != nullptr ? prev->next : list->first) = next;
+        (next != nullptr ? next->prev : list->last) = prev;
+        --list->count;
+        list = nullptr;
+        prev = nullptr;
+        next = nullptr;
+    }
+
+protected:
+    /// Appends the node to the list unless that is null.
+    explicit BaseListNode(BaseList<T>* list = nullptr) { appendTo(list); }
+
+    // Kept on purpose: a copy carries the links of the node it was made from, but is not linked and not counted. To
+    // destroy a copy while that node is listed takes that node's place out of the list.
+    BaseListNode(const BaseListNode&) = default;
+    BaseListNode& operator=(const BaseListNode&) = default;
+
+private:
+    friend class BaseList<T>;
+
+    BaseList<T>* list = nullptr;
+    BaseListNode* prev = nullptr;
+    BaseListNode* next = nullptr;
+};
