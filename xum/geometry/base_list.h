@@ -34,12 +34,19 @@ public:
     /// Takes all elements out, from the front; deletes them if the list owns them.
     void clear()
     {
+        // Copies of nodes can have told this list and its elements different stories: neither the count nor what an
+        // element does when it is deleted is relied on to come to an end.
         while (first != nullptr) {
+            BaseListNode<T>* const element = first;
+            BaseListNode<T>* const following = element->next;
             if (ownsElements)
-                delete first; // unlinks itself
+                delete element; // unlinks itself
             else
-                first->unlink();
+                element->forgetLinks();
+            if (first == element) first = following;
         }
+        last = nullptr;
+        count = 0;
     }
 
 private:
@@ -86,9 +93,7 @@ public:
         (prev != nullptr ? prev->next : list->first) = next;
         (next != nullptr ? next->prev : list->last) = prev;
         --list->count;
-        list = nullptr;
-        prev = nullptr;
-        next = nullptr;
+        forgetLinks();
     }
 
 protected:
@@ -102,6 +107,13 @@ protected:
 
 private:
     friend class BaseList<T>;
+
+    void forgetLinks()
+    {
+        list = nullptr;
+        prev = nullptr;
+        next = nullptr;
+    }
 
     BaseList<T>* list = nullptr;
     BaseListNode* prev = nullptr;
