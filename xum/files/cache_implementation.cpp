@@ -163,21 +163,23 @@ Program* CacheImplementation::loadProgram(RenderDevice* device, const std::strin
 Shader* CacheImplementation::getShader(RenderDevice* device, ShaderType type, const std::string& name)
 {
     if (device == nullptr) return nullptr;
-    const auto known = shaders.find({type, name});
-    if (known != shaders.end()) {
+    if (const auto known = shaders.find({type, name}); known != shaders.end()) {
         const CachedShader& cached = known->second;
         // Nothing from a device that makes nothing is no answer for another one.
         if (cached.shader != nullptr || cached.device == nullptr || cached.device == device) return cached.shader;
     }
-    CachedShader& cached = known != shaders.end() ? known->second : shaders[{type, name}];
+    // The file comes first: if the host throws while it reads, that must not count as a missing shader.
     std::vector<unsigned char> data;
-    if (!loadFile(data, shaderDirectory, name)) return nullptr;
+    const bool isFound = loadFile(data, shaderDirectory, name);
     std::vector<char> source;
-    source.reserve(data.size() + 1);
-    source.assign(data.begin(), data.end());
-    source.push_back('\0');
-    cached.device = device;
-    cached.shader = device->createShader(type, name, source);
+    if (isFound) {
+        source.reserve(data.size() + 1);
+        source.assign(data.begin(), data.end());
+        source.push_back('\0');
+    }
+    CachedShader& cached = shaders[{type, name}];
+    if (isFound && cached.shader == nullptr) // a host that loads items while it reads may have loaded this one
+        cached = {device->createShader(type, name, source), device};
     return cached.shader;
 }
 
