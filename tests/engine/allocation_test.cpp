@@ -1,11 +1,15 @@
 #include "allocation_counter.h"
 #include "engine_fixtures.h"
 #include "file_contents.h"
+#include "resource_archive.h"
 
 #include <xum/engine/game_engine.h>
 #include <xum/engine/log.h>
+#include <xum/files/cache.h>
+#include <xum/files/resource_manager.h>
 
 #include <SDL.h>
+#include <SDL_mixer.h>
 #include <SDL_ttf.h>
 
 #include <new>
@@ -34,6 +38,52 @@ void pushEventsOfEveryKind()
 }
 
 class Allocation : public InputFixture {};
+
+/// Tries with memory for no allocation, for one, for two and so on, until it succeeds, and returns for how many that
+/// is.
+template <class Operation>
+int allocationsToSucceed(Operation succeeds)
+{
+    constexpr int limit = 100000;
+    for (int count = 0; count < limit; ++count) {
+        const FailingAllocations failing(count);
+        if (succeeds()) return count;
+    }
+    return limit;
+}
+
+/// Expects null for every shorter memory, and nothing in the log.
+template <class Create, class Destroy>
+void expectNullUntilMemorySuffices(Create create, Destroy destroy)
+{
+    const std::vector<std::string> linesBefore = logLines();
+    decltype(create()) device = nullptr;
+    const int count = allocationsToSucceed([&] { return (device = create()) != nullptr; });
+    EXPECT_GT(count, 0);
+    ASSERT_NE(device, nullptr);
+    destroy(device);
+    EXPECT_EQ(logLines(), linesBefore);
+}
+
+bool isMixerOpen()
+{
+    return Mix_QuerySpec(nullptr, nullptr, nullptr) > 0;
+}
+
+/// Expects a load to be refused, with the vector as it was, for every shorter memory.
+void expectRefusedUntilMemorySuffices(ResourceManager* resources, const std::string& name, const std::string& contents)
+{
+    const std::vector<unsigned char> before = {1, 2, 3};
+    std::vector<unsigned char> data = before;
+    bool isKept = true;
+    const int count = allocationsToSucceed([&] {
+        isKept = isKept && data == before;
+        return resources->load(data, name);
+    });
+    EXPECT_TRUE(isKept) << name;
+    EXPECT_GT(count, 0) << name;
+    EXPECT_EQ(std::string(data.begin(), data.end()), contents) << name;
+}
 
 } // namespace
 
@@ -116,6 +166,99 @@ TEST_F(Allocation, thatFailsWhileADeviceIsBuiltYieldsNull)
     }
     EXPECT_EQ(device, nullptr);
     SDL_JoystickDetachVirtual(joystick);
+}
+
+TEST_F(Allocation, ofDevicesIsTriedWithEveryShorterMemory)
+{
+    expectNullUntilMemorySuffices([&] { return engine->createNetworkDevice(); },
+                                  [&](NetworkDevice* device) { engine->destroyNetworkDevice(device); });
+    expectNullUntilMemorySuffices([&] { return engine->createConsole(); },
+                                  [&](Console* console) { engine->destroyConsole(console); });
+    expectNullUntilMemorySuffices([&] { return engine->createResourceManager(); },
+                                  [&](ResourceManager* resources) { engine->destroyResourceManager(resources); });
+    expectNullUntilMemorySuffices([&] { return engine->createCache(nullptr); },
+                                  [&](Cache* cache) { engine->destroyCache(cache); });
+    expectNullUntilMemorySuffices([&] { return engine->createScriptingDevice(); },
+                                  [&](ScriptingDevice* device) { engine->destroyScriptingDevice(device); });
+}
+
+TEST_F(Allocation, thatFailsForTheAudioDeviceClosesTheMixerAgain)
+{
+    AudioDevice* audio = nullptr;
+    const int count = allocationsToSucceed([&] {
+        EXPECT_FALSE(isMixerOpen());
+        audio = engine->createAudioDevice();
+        return audio != nullptr;
+    });
+    EXPECT_GT(count, 1) << "the device and its sources";
+    EXPECT_TRUE(isMixerOpen());
+    engine->destroyAudioDevice(audio);
+    EXPECT_FALSE(isMixerOpen());
+}
+
+TEST_F(Allocation, thatFailsWhileANameIsRegisteredRegistersNothing)
+{
+    Cache* cache = engine->createCache(nullptr);
+    ASSERT_NE(cache, nullptr);
+    for (int expected = 0; expected < 100; ++expected) {
+        const std::string name = "a name that needs memory " + std::to_string(expected);
+        int id = -1;
+        EXPECT_GT(allocationsToSucceed([&] { return (id = cache->getId(name)) != -1; }), 0);
+        ASSERT_EQ(id, expected);
+        ASSERT_EQ(cache->getId(name), expected);
+    }
+    engine->destroyCache(cache);
+}
+
+TEST_F(Allocation, thatFailsWhileAnArchiveIsOpenedAddsNone)
+{
+    const std::string name = "a file with a name that needs memory";
+    writeFileContents("archive", archive::pack({{name, "packed"}, {"second", ""}, {"third", ""}}));
+    ResourceManager* resources = engine->createResourceManager();
+    ASSERT_NE(resources, nullptr);
+    std::vector<unsigned char> data;
+    const int count = allocationsToSucceed([&] {
+        EXPECT_FALSE(resources->load(data, name));
+        return resources->addResourceFile("archive") != nullptr;
+    });
+    EXPECT_GT(count, 2);
+    EXPECT_TRUE(resources->load(data, name));
+    engine->destroyResourceManager(resources);
+}
+
+TEST_F(Allocation, thatFailsWhileAFileIsLoadedLeavesTheVectorAsItWas)
+{
+    const std::string packed = "a packed file with a name that needs memory";
+    const std::string plain = "a plain file with a name that needs memory";
+    const std::string contents(100000, 'c');
+    writeFileContents(plain, contents);
+    writeFileContents("archive", archive::pack({{packed, contents}}));
+    ResourceManager* resources = engine->createResourceManager();
+    ASSERT_NE(resources, nullptr);
+    ASSERT_NE(resources->addResourceFile("archive"), nullptr);
+    expectRefusedUntilMemorySuffices(resources, plain, contents);
+    expectRefusedUntilMemorySuffices(resources, packed, contents);
+    expectRefusedUntilMemorySuffices(resources, "a directory/../" + packed, contents);
+    engine->destroyResourceManager(resources);
+}
+
+TEST_F(Allocation, forMoreThanThereIsIsRefusedByALoad)
+{
+    writeFileContents("archive",
+                      archive::header(2) + archive::entry("huge", 0, 0xFFFFFFFFu) + archive::entry("tiny", 0, 1));
+    ResourceManager* resources = engine->createResourceManager();
+    ASSERT_NE(resources->addResourceFile("archive"), nullptr);
+    std::vector<unsigned char> data = {1, 2, 3};
+    const auto load = [&](const char* name) {
+        const std::string text = name;
+        const FailingAllocations failing;
+        return resources->load(data, text);
+    };
+    EXPECT_FALSE(load("huge"));
+    EXPECT_EQ(data, (std::vector<unsigned char>{1, 2, 3}));
+    EXPECT_TRUE(load("tiny")) << "the vector has room";
+    EXPECT_EQ(data, std::vector<unsigned char>{'!'});
+    engine->destroyResourceManager(resources);
 }
 
 TEST(AllocationAtStartUp, thatFailsYieldsNullAndLeavesTheLibrariesUp)

@@ -42,12 +42,16 @@ ResourceFileImplementation* ResourceManagerImplementation::addResourceFile(const
 
 bool ResourceManagerImplementation::load(std::vector<unsigned char>& data, const std::string& name)
 {
-    if (mayBeReadable(name)) {
-        InputFile plain(name);
-        if (plain.isOpen()) return loadPlain(data, plain);
+    try {
+        if (mayBeReadable(name)) {
+            InputFile plain(name);
+            if (plain.isOpen()) return loadPlain(data, plain);
+        }
+        const std::string key = normalizeResourceName(name);
+        for (ResourceFileImplementation* archive = getLast(); archive != nullptr; archive = archive->getPrev())
+            if (archive->load(data, key)) return true;
+    } catch (const std::bad_alloc&) {
+        // what was allocated was not for the data, which are as they were
     }
-    const std::string key = normalizeResourceName(name);
-    for (ResourceFileImplementation* archive = getLast(); archive != nullptr; archive = archive->getPrev())
-        if (archive->load(data, key)) return true;
     return false;
 }
