@@ -15,40 +15,32 @@ public:
     const std::vector<Item*>& getItems() const { return items; }
 
     /// The index of the first item of that name; none if there is none.
-    std::uint32_t find(std::string_view name) const
-    {
-        if (!slots.empty()) {
-            const std::uint32_t last = slots[findSlot(name)];
-            return last == none ? none : nextOfName[last];
-        }
-        for (std::uint32_t i = 0; i < items.size(); ++i)
-            if (items[i]->getName() == name) return i;
-        return none;
-    }
+    std::uint32_t find(std::string_view name) const { return findFirst(name, hash(name)); }
 
     /// The next item with the name of this one; none behind the last.
     std::uint32_t findNext(std::uint32_t index) const
     {
-        if (!slots.empty()) {
-            const std::uint32_t next = nextOfName[index];
-            return next > index ? next : none; // the last one points back to the first
-        }
-        for (std::uint32_t i = index + 1; i < items.size(); ++i)
-            if (items[i]->getName() == items[index]->getName()) return i;
-        return none;
+        if (slots.empty()) return scan(index + 1, items[index]->getName(), keys[index].hash);
+        const std::uint32_t next = keys[index].nextOfName;
+        return next > index ? next : none; // the last one points back to the first
     }
 
-    /// All that allocates comes first: when it throws, nothing has changed but what it reserved.
     void append(Item* item)
     {
-        if (items.size() == items.capacity()) items.reserve(items.empty() ? 4 : items.size() * 2);
-        if (items.size() >= longestUnindexed && items.size() * 2 >= slots.size()) index();
-        if (!slots.empty() && nextOfName.size() == nextOfName.capacity()) nextOfName.reserve(items.capacity());
-        items.push_back(item);
-        if (!slots.empty()) {
-            nextOfName.push_back(none);
-            file(static_cast<std::uint32_t>(items.size() - 1));
+        reserve();
+        file(item, hash(item->getName()));
+    }
+
+    /// Appends the item unless there is one of its name: then that one's index comes back, otherwise none.
+    std::uint32_t appendIfNew(Item* item)
+    {
+        const std::uint32_t itemHash = hash(item->getName());
+        const std::uint32_t sameName = findFirst(item->getName(), itemHash);
+        if (sameName == none) {
+            reserve();
+            file(item, itemHash);
         }
+        return sameName;
     }
 
     /// Puts an item in the place of one of the same name.
@@ -63,37 +55,74 @@ public:
     }
 
 private:
-    /// Up to here a look at each is as fast as a hash.
-    static constexpr std::size_t longestUnindexed = 8;
+    /// What stands beside an item.
+    struct Key {
+        std::uint32_t hash;       // of the name: it tells most other names apart
+        std::uint32_t nextOfName; // the next item of the name, in a ring; counts while there are slots
+    };
 
-    /// Makes room for twice the items and some, and files those that there are.
-    void index()
+    /// Up to here a look at the hash of each is as fast as a slot.
+    static constexpr std::size_t longestUnindexed = 16;
+
+    static std::uint32_t hash(std::string_view name)
     {
-        std::vector<std::uint32_t> newSlots(slots.empty() ? longestUnindexed * 4 : slots.size() * 2, none);
-        nextOfName.reserve(items.capacity());
-        slots.swap(newSlots);
-        nextOfName.assign(items.size(), none);
-        for (std::uint32_t i = 0; i < items.size(); ++i) file(i);
+        return static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
     }
 
-    void file(std::uint32_t index)
+    bool isNamed(std::uint32_t index, std::string_view name, std::uint32_t nameHash) const
     {
-        std::uint32_t& last = slots[findSlot(items[index]->getName())];
-        nextOfName[index] = last == none ? index : nextOfName[last];
-        if (last != none) nextOfName[last] = index;
-        last = index;
+        return keys[index].hash == nameHash && items[index]->getName() == name;
+    }
+
+    std::uint32_t scan(std::uint32_t start, std::string_view name, std::uint32_t nameHash) const
+    {
+        for (std::uint32_t i = start; i < items.size(); ++i)
+            if (isNamed(i, name, nameHash)) return i;
+        return none;
+    }
+
+    std::uint32_t findFirst(std::string_view name, std::uint32_t nameHash) const
+    {
+        if (slots.empty()) return scan(0, name, nameHash);
+        const std::uint32_t last = slots[findSlot(name, nameHash)];
+        return last == none ? none : keys[last].nextOfName;
+    }
+
+    /// Makes room for one more. All that allocates is here: when it throws, nothing has changed but what is reserved.
+    void reserve()
+    {
+        if (items.size() == items.capacity()) items.reserve(items.empty() ? 4 : items.size() * 2);
+        keys.reserve(items.capacity());
+        if (items.size() < longestUnindexed || items.size() * 2 < slots.size()) return;
+        slots = std::vector<std::uint32_t>(slots.empty() ? longestUnindexed * 4 : slots.size() * 2, none);
+        for (std::uint32_t i = 0; i < items.size(); ++i) index(i);
+    }
+
+    void file(Item* item, std::uint32_t itemHash)
+    {
+        items.push_back(item);
+        keys.push_back({itemHash, none});
+        if (!slots.empty()) index(static_cast<std::uint32_t>(items.size() - 1));
+    }
+
+    void index(std::uint32_t newest)
+    {
+        std::uint32_t& last = slots[findSlot(items[newest]->getName(), keys[newest].hash)];
+        keys[newest].nextOfName = last == none ? newest : keys[last].nextOfName;
+        if (last != none) keys[last].nextOfName = newest;
+        last = newest;
     }
 
     /// The slot of the name: the one that it is filed in, or the free one where it belongs.
-    std::size_t findSlot(std::string_view name) const
+    std::size_t findSlot(std::string_view name, std::uint32_t nameHash) const
     {
         const std::size_t mask = slots.size() - 1;
-        std::size_t slot = std::hash<std::string_view>()(name) & mask;
-        while (slots[slot] != none && items[slots[slot]]->getName() != name) slot = (slot + 1) & mask;
+        std::size_t slot = nameHash & mask;
+        while (slots[slot] != none && !isNamed(slots[slot], name, nameHash)) slot = (slot + 1) & mask;
         return slot;
     }
 
     std::vector<Item*> items;
-    std::vector<std::uint32_t> slots;      // of each name its last item; empty while the list is short
-    std::vector<std::uint32_t> nextOfName; // of each item, in a ring; as long as items, or empty while slots is
+    std::vector<Key> keys;            // of each item
+    std::vector<std::uint32_t> slots; // of each name its last item; empty while the list is short
 };

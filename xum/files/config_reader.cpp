@@ -1,5 +1,14 @@
 #include <xum/files/config_reader.h>
 
+namespace {
+
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+} // namespace
+
 std::unique_ptr<ConfigSection> ConfigReader::read()
 {
     ConfigToken token;
@@ -10,8 +19,8 @@ std::unique_ptr<ConfigSection> ConfigReader::read()
 
 bool ConfigReader::readToken(ConfigToken& out)
 {
-    position = text.find_first_not_of(" \t\r\n", position);
-    if (position == std::string_view::npos) return false;
+    while (position < text.size() && isBlank(text[position])) ++position;
+    if (position == text.size()) return false;
     if (text[position] != '<')
         throw ConfigSyntaxError{std::string("tokenize() -> expecting '<' got '") + text[position] + "'!", position};
     // Quotes do not count here: a '>' inside a value ends the tag.

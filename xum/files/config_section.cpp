@@ -119,10 +119,8 @@ void ConfigSection::appendSection(std::unique_ptr<ConfigSection> section)
 void ConfigSection::putEntry(std::unique_ptr<ConfigEntry> entry)
 {
     if (!entries) entries = std::make_unique<ConfigItemList<ConfigEntry>>();
-    const std::uint32_t sameName = entries->find(entry->getName());
-    if (sameName == entries->none) {
-        entries->append(entry.get());
-    } else if (entries->getItems()[sameName] != entry.get()) {
+    const std::uint32_t sameName = entries->appendIfNew(entry.get());
+    if (sameName != entries->none && entries->getItems()[sameName] != entry.get()) {
         delete entries->getItems()[sameName];
         entries->replace(sameName, entry.get());
     }
