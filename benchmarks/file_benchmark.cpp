@@ -59,7 +59,7 @@ public:
 
     std::string write(const char* name, std::string_view bytes) const
     {
-        const std::string path = getPath(name);
+        std::string path = getPath(name);
         std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         return path;
     }
@@ -193,11 +193,10 @@ void measureDestruction(benchmark::State& state, const std::string& fileName, Re
 std::vector<std::string> makePaths()
 {
     Random random;
-    std::vector<std::string> paths;
-    for (int i = 0; i < 4096; ++i)
-        paths.push_back("section" + std::to_string(random.below(topSections)) + "/group" +
-                        std::to_string(random.below(groupsEach)) + "/entry" +
-                        std::to_string(random.below(entriesEach)));
+    std::vector<std::string> paths(4096);
+    for (std::string& path : paths)
+        path = "section" + std::to_string(random.below(topSections)) + "/group" +
+               std::to_string(random.below(groupsEach)) + "/entry" + std::to_string(random.below(entriesEach));
     return paths;
 }
 
