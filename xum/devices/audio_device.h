@@ -40,8 +40,9 @@ protected:
     ~AudioSource() = default;
 };
 
-/// Plays samples on 64 sources and one stream of music. Made by Engine::createAudioDevice, which returns null on a
-/// machine without sound; given back to Engine::destroyAudioDevice, after its samples and streams. Slot order is ABI.
+/// Plays samples on 64 sources and one stream of music. File names are in UTF-8 on every system. Made by
+/// Engine::createAudioDevice, which returns null on a machine without sound; given back to Engine::destroyAudioDevice,
+/// after its samples and streams. Slot order is ABI.
 class XUM_API AudioDevice {
 public:
     /// Decodes a sound file (WAV, OGG and what else SDL_mixer reads); null, without a message, when that fails.

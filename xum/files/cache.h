@@ -40,8 +40,9 @@ public:
     /// -> data of another kind is loaded (NAME)!" and so on.
     virtual int getId(const std::string& name) = 0;
 
-    /// The item of an identifier, loaded if it is not yet: then `transient` decides whether release takes it in any
-    /// case. An item that is loaded comes back whatever the other arguments are. The cache owns what it returns.
+    /// The item of an identifier, loaded if it is not yet. A transient one goes with every release, the others only
+    /// when all are released. An item that is loaded comes back whatever the other arguments are. The cache owns what
+    /// it returns.
     ///
     /// Null for an identifier that getId never gave out, and when the device makes nothing: the "Software" render
     /// device, or no device at all, as on a machine without sound. Such an item stays unloaded.
@@ -58,7 +59,8 @@ public:
     virtual Stream* getStream(AudioDevice* audio, int id, bool transient) = 0;
 
     /// Destroys what was loaded as transient, or everything, shaders included, through the devices; a null device
-    /// stands for the one that loaded the item. Names keep their identifiers: the next request loads anew.
+    /// stands for the one that loaded the item. Names keep their identifiers: the next request loads anew. Music that
+    /// is being faded out is waited for.
     virtual void release(RenderDevice* device, AudioDevice* audio, bool all) = 0;
 
 protected:

@@ -15,6 +15,7 @@
 #include <list>
 #include <memory>
 #include <new>
+#include <utility>
 
 CacheImplementation::CacheImplementation(ResourceManager* resources) : resources(resources), dataRoot(defaultDataRoot())
 {}
@@ -112,8 +113,15 @@ typename Item::Object* CacheImplementation::get(const char* operation, typename 
         error("Cache::" + std::string(operation) + "() -> data of another kind is loaded (" + name + ")!");
     try {
         typename Item::Object* object = load(name);
-        // Only now: the host's resource manager may have registered names meanwhile.
-        if (object != nullptr) records[index] = {Item{object, device}, transient};
+        if (object == nullptr) return nullptr;
+        // Looked up anew: a resource manager of the host's may have used the cache meanwhile.
+        Record& record = records[index];
+        if (record.loaded.index() != 0) {
+            destroy(Item{object, device}, device);
+            const Item* item = std::get_if<Item>(&record.loaded);
+            return item != nullptr ? item->object : nullptr;
+        }
+        record = {Item{object, device}, transient};
         return object;
     } catch (const std::bad_alloc&) {
         return nullptr;
@@ -215,24 +223,41 @@ Stream* CacheImplementation::loadStream(AudioDevice* audio, const std::string& n
 
 void CacheImplementation::release(RenderDevice* device, AudioDevice* audio, bool all)
 {
-    for (Record& record : records) {
-        if (!all && !record.transient) continue;
-        if (const auto* program = std::get_if<MadeProgram>(&record.loaded))
-            (device != nullptr ? device : program->device)->destroyProgram(program->object);
-        else if (const auto* texture = std::get_if<MadeTexture>(&record.loaded))
-            (device != nullptr ? device : texture->device)->destroyTexture(texture->object);
-        else if (const auto* sample = std::get_if<MadeSample>(&record.loaded))
-            (audio != nullptr ? audio : sample->device)->destroySample(sample->object);
-        else if (const auto* stream = std::get_if<MadeStream>(&record.loaded))
-            (audio != nullptr ? audio : stream->device)->destroyStream(stream->object);
-        record.loaded = {};
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (!all && !records[i].transient) continue;
+        // First out of the record: a device of the host's may use the cache.
+        const auto loaded = std::exchange(records[i].loaded, std::monostate());
+        if (const auto* program = std::get_if<MadeProgram>(&loaded)) destroy(*program, device);
+        if (const auto* texture = std::get_if<MadeTexture>(&loaded)) destroy(*texture, device);
+        if (const auto* sample = std::get_if<MadeSample>(&loaded)) destroy(*sample, audio);
+        if (const auto* stream = std::get_if<MadeStream>(&loaded)) destroy(*stream, audio);
     }
     if (all) releaseShaders(device);
 }
 
 void CacheImplementation::releaseShaders(RenderDevice* device)
 {
-    for (const auto& [key, cached] : shaders)
+    const ShaderMap released = std::exchange(shaders, ShaderMap(shaderBuckets));
+    for (const auto& [key, cached] : released)
         if (cached.shader != nullptr) (device != nullptr ? device : cached.device)->destroyShader(cached.shader);
-    shaders = ShaderMap(shaderBuckets);
+}
+
+void CacheImplementation::destroy(const MadeProgram& program, RenderDevice* device)
+{
+    (device != nullptr ? device : program.device)->destroyProgram(program.object);
+}
+
+void CacheImplementation::destroy(const MadeTexture& texture, RenderDevice* device)
+{
+    (device != nullptr ? device : texture.device)->destroyTexture(texture.object);
+}
+
+void CacheImplementation::destroy(const MadeSample& sample, AudioDevice* audio)
+{
+    (audio != nullptr ? audio : sample.device)->destroySample(sample.object);
+}
+
+void CacheImplementation::destroy(const MadeStream& stream, AudioDevice* audio)
+{
+    (audio != nullptr ? audio : stream.device)->destroyStream(stream.object);
 }

@@ -83,6 +83,12 @@ private:
     Shader* getShader(RenderDevice* device, ShaderType type, const std::string& name);
     void releaseShaders(RenderDevice* device);
 
+    // Through the device that is given or, for null, through the one that made it.
+    static void destroy(const MadeProgram& program, RenderDevice* device);
+    static void destroy(const MadeTexture& texture, RenderDevice* device);
+    static void destroy(const MadeSample& sample, AudioDevice* audio);
+    static void destroy(const MadeStream& stream, AudioDevice* audio);
+
     ResourceManager* resources;
     std::string dataRoot;
     std::string shaderDirectory = "shaders/";

@@ -9,6 +9,7 @@
 #include <xum/files/resource_manager.h>
 
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -27,34 +28,50 @@ namespace {
 
 ConfigFile::ConfigFile(const std::string& fileName)
 {
-    InputFile file(fileName);
-    initialize(file, fileName);
+    try {
+        InputFile file(fileName);
+        initialize(file, fileName);
+    } catch (const std::bad_alloc&) {
+        failToRead(fileName);
+    }
 }
 
 ConfigFile::ConfigFile(const std::wstring& fileName)
 {
-    InputFile file(fileName);
     std::string name;
-    wideToUtf8(fileName, name); // as far as it can be written
-    initialize(file, name);
+    try {
+        wideToUtf8(fileName, name); // as far as it can be written
+        InputFile file(fileName);
+        initialize(file, name);
+    } catch (const std::bad_alloc&) {
+        failToRead(name);
+    }
 }
 
 ConfigFile::ConfigFile(ResourceManager* resources, const std::string& name)
 {
     std::vector<unsigned char> data;
     if (resources == nullptr || !resources->load(data, name)) failToOpen(name);
-    initialize(std::string_view(reinterpret_cast<const char*>(data.data()), data.size()), name);
+    try {
+        initialize(std::string_view(reinterpret_cast<const char*>(data.data()), data.size()), name);
+    } catch (const std::bad_alloc&) {
+        failToRead(name);
+    }
 }
 
-ConfigFile::ConfigFile(ConfigSection* root) : root(root) {}
+ConfigFile::ConfigFile(ConfigSection* root)
+{
+    if (root != nullptr && !root->isOwned()) setRoot(std::unique_ptr<ConfigSection>(root));
+}
 
 ConfigFile::ConfigFile(const ConfigFile& other)
-    : root(other.root ? std::make_unique<ConfigSection>(*other.root) : nullptr)
-{}
+{
+    if (other.root) setRoot(std::make_unique<ConfigSection>(*other.root));
+}
 
 ConfigFile& ConfigFile::operator=(const ConfigFile& other)
 {
-    if (this != &other) root = other.root ? std::make_unique<ConfigSection>(*other.root) : nullptr;
+    if (this != &other) setRoot(other.root ? std::make_unique<ConfigSection>(*other.root) : nullptr);
     return *this;
 }
 
@@ -80,28 +97,32 @@ ConfigEntry* ConfigFile::getEntry(const std::string& path, bool required) const
 
 bool ConfigFile::write(const std::string& fileName) const
 {
-    OutputFile file(fileName);
-    return file.isOpen() && writeToFile(file);
+    try {
+        OutputFile file(fileName);
+        return file.isOpen() && writeToFile(file);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 bool ConfigFile::write(const std::wstring& fileName) const
 {
-    OutputFile file(fileName);
-    return file.isOpen() && writeToFile(file);
+    try {
+        OutputFile file(fileName);
+        return file.isOpen() && writeToFile(file);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 void ConfigFile::initialize(InputFile& file, const std::string& name)
 {
     if (!file.isOpen()) failToOpen(name);
     const std::uint64_t size = file.getSize();
-    try {
-        if (size > std::vector<char>().max_size()) failToRead(name);
-        const std::unique_ptr<char[]> text(new char[static_cast<std::size_t>(size)]); // not cleared first
-        if (!readBytes(file, text.get(), size)) failToRead(name);
-        initialize(std::string_view(text.get(), static_cast<std::size_t>(size)), name);
-    } catch (const std::bad_alloc&) {
-        failToRead(name);
-    }
+    if (size > std::vector<char>().max_size()) failToRead(name);
+    const std::unique_ptr<char[]> text(new char[static_cast<std::size_t>(size)]); // not cleared first
+    if (!readBytes(file, text.get(), size)) failToRead(name);
+    initialize(std::string_view(text.get(), static_cast<std::size_t>(size)), name);
 }
 
 void ConfigFile::initialize(std::string_view text, const std::string& name)
@@ -111,15 +132,19 @@ void ConfigFile::initialize(std::string_view text, const std::string& name)
         return;
     }
     try {
-        root = ConfigReader(text).read();
+        setRoot(ConfigReader(text).read());
     } catch (const ConfigSyntaxError& problem) {
         error(problem.message);
-    } catch (const std::bad_alloc&) {
-        failToRead(name);
     }
 }
 
 bool ConfigFile::writeToFile(OutputFile& file) const
 {
     return root ? ConfigWriter(file).write(*root) : file.flush();
+}
+
+void ConfigFile::setRoot(std::unique_ptr<ConfigSection> section)
+{
+    if (section) section->belongsToFile = true;
+    root = std::move(section);
 }

@@ -22,8 +22,9 @@ class ResourceManager;
 ///     </config>
 ///
 /// A value with a space stands in double quotes; there is no escape character and no comment. docs/file_formats.md
-/// has every rule. A file that cannot be read, and one that breaks a rule, is a fatal error with a message that says
-/// where: a loaded file is always whole. An empty file is only logged, and has no root section.
+/// has every rule. A file that cannot be read, and one that breaks a rule, is a fatal error: what was loaded is always
+/// whole. (`xum config check` tells the line and the column of what is wrong.) An empty file is only logged, and has no
+/// root section.
 class XUM_API ConfigFile {
 public:
     explicit ConfigFile(const std::string& fileName);
@@ -32,7 +33,8 @@ public:
     /// Reads through a resource manager, from a plain file or an archive.
     ConfigFile(ResourceManager* resources, const std::string& name);
 
-    /// Makes a file of a tree, to write it; takes ownership. The section must belong to no other.
+    /// Makes a file of a tree, to write it; takes ownership. Without a root section for null, and for a section that
+    /// belongs to another section or file.
     explicit ConfigFile(ConfigSection* root);
 
     /// Copies the whole tree.
@@ -41,7 +43,7 @@ public:
 
     virtual ~ConfigFile();
 
-    /// Owned by the file. Without one it is a fatal error, here and in the look-ups:
+    /// Owned by the file for good. Without one it is a fatal error, here and in the look-ups:
     /// "ConfigFile::getRootSection() -> config file has no root section!".
     ConfigSection* getRootSection() const;
 
@@ -58,6 +60,7 @@ private:
     void initialize(InputFile& file, const std::string& name);
     void initialize(std::string_view text, const std::string& name);
     bool writeToFile(OutputFile& file) const;
+    void setRoot(std::unique_ptr<ConfigSection> section);
 
     std::unique_ptr<ConfigSection> root;
 };

@@ -45,7 +45,7 @@ ConfigSection::~ConfigSection()
 
 void ConfigSection::addSection(ConfigSection* section)
 {
-    if (section == nullptr || section->parent != nullptr || isPartOf(section)) return;
+    if (section == nullptr || section->isOwned() || isPartOf(section)) return;
     appendSection(std::unique_ptr<ConfigSection>(section));
 }
 

@@ -51,11 +51,12 @@ public:
 
     const std::string& getName() const { return name; }
 
-    /// Takes ownership. Ignored are null, a section that belongs to one already, and one that this one is part of.
+    /// Takes ownership. Ignored are null, a section that belongs to another section or to a file already, and one that
+    /// this one is part of.
     void addSection(ConfigSection* section);
 
-    /// Takes ownership. An entry of the same name is deleted and replaced, in its place. Null, and an entry that is in
-    /// this section already, are ignored.
+    /// Takes ownership of an entry that no other section has. An entry of the same name is deleted and replaced, in its
+    /// place. Null, and an entry that is in this section already, are ignored.
     void addEntry(ConfigEntry* entry);
 
     std::vector<ConfigSection*> getAllSections() const;
@@ -75,17 +76,20 @@ public:
     void getEntries(std::list<const ConfigEntry*>& out) const;
 
 private:
+    friend class ConfigFile;
     friend class ConfigReader;
     friend class ConfigWriter;
 
     explicit ConfigSection(std::string_view name, ConfigSection* parent);
     void appendSection(std::unique_ptr<ConfigSection> section);
     void putEntry(std::unique_ptr<ConfigEntry> entry);
+    bool isOwned() const { return parent != nullptr || belongsToFile; }
     bool isPartOf(const ConfigSection* section) const;
     const ConfigSection* findSection(std::string_view name) const;
 
     std::string name;
     ConfigSection* parent = nullptr;
+    bool belongsToFile = false; // as its root
     // Made with the first item: most sections have only one kind.
     std::unique_ptr<ConfigItemList<ConfigSection>> sections;
     std::unique_ptr<ConfigItemList<ConfigEntry>> entries;

@@ -1,5 +1,6 @@
 #include <xum/files/data_root.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -8,7 +9,9 @@
 #    ifndef NOMINMAX // GCC's library defines it
 #        define NOMINMAX
 #    endif
-#    define WIN32_LEAN_AND_MEAN
+#    ifndef WIN32_LEAN_AND_MEAN
+#        define WIN32_LEAN_AND_MEAN
+#    endif
 #    include <windows.h>
 #else
 #    include <dlfcn.h>
@@ -18,12 +21,56 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Paths go in and out in the platform's narrow encoding, the one that the file streams use.
+#ifdef _WIN32
+
+/// In the process's narrow code page, which the file streams use; the library's own conversion is to UTF-8. Empty for a
+/// name that the code page has not.
+std::string toNarrow(std::wstring name)
+{
+    for (wchar_t& c : name)
+        if (c == L'\\') c = L'/';
+    const int wideSize = static_cast<int>(name.size());
+    const int size = WideCharToMultiByte(CP_ACP, 0, name.data(), wideSize, nullptr, 0, nullptr, nullptr);
+    std::string narrow(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_ACP, 0, name.data(), wideSize, narrow.data(), size, nullptr, nullptr);
+    return narrow;
+}
+
+fs::path chosenDirectory()
+{
+    const wchar_t* chosen = _wgetenv(L"XUM_DATA_ROOT");
+    return chosen != nullptr ? fs::path(chosen) : fs::path();
+}
+
+#else
+
+std::string toNarrow(std::string name)
+{
+    return name;
+}
+
+fs::path chosenDirectory()
+{
+    const char* chosen = std::getenv("XUM_DATA_ROOT");
+    return chosen != nullptr ? fs::path(chosen) : fs::path();
+}
+
+#endif
+
+/// Without "." and ".."; what ".." leads out of may be a link, which only the file system can tell.
+fs::path withoutDetours(const fs::path& path)
+{
+    std::error_code failure;
+    const bool leadsUp = std::find(path.begin(), path.end(), "..") != path.end();
+    const fs::path real = leadsUp ? fs::weakly_canonical(path, failure) : path;
+    return (failure ? path : real).lexically_normal();
+}
+
 std::string asDirectory(const fs::path& path)
 {
     std::error_code failure;
     const fs::path absolute = fs::absolute(path, failure);
-    std::string text = (failure ? path : absolute).lexically_normal().generic_string();
+    std::string text = toNarrow(withoutDetours(failure ? path : absolute).native());
     if (text.empty() || text.back() != '/') text += '/';
     return text;
 }
@@ -59,8 +106,8 @@ fs::path libraryDirectory()
 
 std::string defaultDataRoot()
 {
-    const char* chosen = std::getenv("XUM_DATA_ROOT");
-    if (chosen != nullptr && *chosen != '\0') return asDirectory(chosen);
+    const fs::path chosen = chosenDirectory();
+    if (!chosen.empty()) return asDirectory(chosen);
 
     const fs::path compiledIn = XUM_COMPILED_DATA_ROOT;
     if (isDirectory(compiledIn)) return asDirectory(compiledIn);

@@ -79,7 +79,8 @@ bool mayBeReadable([[maybe_unused]] const std::string& fileName)
     return true;
 #else
     struct stat status = {};
-    return stat(fileName.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+    if (stat(fileName.c_str(), &status) != 0) return false;
+    return !S_ISDIR(status.st_mode) && !S_ISFIFO(status.st_mode) && !S_ISSOCK(status.st_mode);
 #endif
 }
 

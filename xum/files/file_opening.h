@@ -13,7 +13,8 @@ void openFile(std::ifstream& stream, const std::wstring& fileName, std::ios::ope
 void openFile(std::ofstream& stream, const std::string& fileName, std::ios::openmode mode);
 void openFile(std::ofstream& stream, const std::wstring& fileName, std::ios::openmode mode);
 
-/// False when there is certainly no file of that name to read, which is found out faster than by opening one.
+/// False when there is certainly no file of that name to read, which is found out faster than by opening one. Nor is a
+/// named pipe a file here: to open it would wait for somebody to write.
 bool mayBeReadable(const std::string& fileName);
 
 /// The UTF-8 form of a wide name. False for what is no name: a NUL, a code point that does not exist.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 bool readFile(const std::string& fileName, std::vector<char>& out)
 {
@@ -20,11 +21,22 @@ bool readBytes(InputFile& file, void* out, std::uint64_t size)
 {
     constexpr std::uint64_t largestRead = 1U << 30;
     char* next = static_cast<char*>(out);
-    while (size > 0) {
+    do { // at least once: a file that has failed has no bytes at all
         const std::uint64_t part = std::min(size, largestRead);
         if (!file.read(next, static_cast<unsigned>(part))) return false;
         next += part;
         size -= part;
-    }
+    } while (size > 0);
     return true;
+}
+
+bool resizeIfPossible(std::vector<unsigned char>& data, std::uint64_t size)
+{
+    if (size > data.max_size()) return false;
+    try {
+        data.resize(static_cast<std::size_t>(size));
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }

@@ -11,5 +11,8 @@ class InputFile;
 bool readFile(const std::string& fileName, std::vector<char>& out);
 
 /// Reads the next `size` bytes, also more than one read can ask for. False when there are not as many; what there is
-/// was read.
+/// was read. False also for no bytes of a file that has failed before: one whose size could not be found out.
 bool readBytes(InputFile& file, void* out, std::uint64_t size);
+
+/// False when there is no memory for so many bytes; then `data` stays as it was.
+bool resizeIfPossible(std::vector<unsigned char>& data, std::uint64_t size);

@@ -1,11 +1,11 @@
 #include <xum/files/resource_file_implementation.h>
 
 #include <xum/engine/log.h>
+#include <xum/files/read_file.h>
 #include <xum/files/resource_archive_format.h>
 
 #include <algorithm>
 #include <cstring>
-#include <new>
 
 namespace format = ResourceArchiveFormat;
 
@@ -34,12 +34,7 @@ ResourceFileImplementation::ResourceFileImplementation(const std::string& fileNa
 
 void ResourceFileImplementation::readDirectory()
 {
-    constexpr std::size_t largestRead = format::entrySize << 20; // a multiple of the entry that an unsigned can count
-    for (std::size_t done = 0; done < directory.size();) {
-        const std::size_t part = std::min(directory.size() - done, largestRead);
-        if (!file.read(directory.data() + done, static_cast<unsigned>(part))) return;
-        done += part;
-    }
+    if (!readBytes(file, directory.data(), directory.size())) return;
     entries.reserve(directory.size() / format::entrySize);
     for (std::size_t at = 0; at < directory.size(); at += format::entrySize) {
         const unsigned char* bytes = directory.data() + at;
@@ -52,11 +47,7 @@ bool ResourceFileImplementation::load(std::vector<unsigned char>& data, std::str
     const auto found = entries.find(key);
     if (found == entries.end()) return false;
     const format::Entry entry(found->second);
-    try {
-        data.resize(entry.size);
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
+    if (!resizeIfPossible(data, entry.size)) return false;
     // Only what is there is asked for: a read that fails would spoil the stream for every later one.
     const std::uint64_t left = fileSize - std::min(fileSize, entry.offset);
     const auto present = static_cast<unsigned>(std::min<std::uint64_t>(left, entry.size));

@@ -19,7 +19,8 @@ public:
     /// Replaces `data` by the bytes of a file. A plain file of that name, relative to the working directory, wins; then
     /// the archives are asked, the one added last first, for the name without each "DIRECTORY/../". Names are compared
     /// exactly, with '/' between directories. False, with `data` as it was, when nobody has the file or memory runs
-    /// out. Bytes that a damaged archive lacks are 0.
+    /// out. Bytes that a damaged archive lacks are 0:
+    /// what its directory says of a size, up to 4 GiB, is what is made (`xum pack check` finds such archives).
     virtual bool load(std::vector<unsigned char>& data, const std::string& name) = 0;
 
 protected:

@@ -9,21 +9,9 @@
 
 namespace {
 
-/// False when memory for them runs out, with `data` as it was.
-bool resize(std::vector<unsigned char>& data, std::uint64_t size)
-{
-    if (size > data.max_size()) return false;
-    try {
-        data.resize(static_cast<std::size_t>(size));
-        return true;
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
-}
-
 bool loadPlain(std::vector<unsigned char>& data, InputFile& file)
 {
-    if (!resize(data, file.getSize())) return false;
+    if (!resizeIfPossible(data, file.getSize())) return false;
     // A file that shrinks meanwhile, a broken disk: the size stands, and nothing that was in `data` before stays.
     if (!readBytes(file, data.data(), data.size())) std::fill(data.begin(), data.end(), static_cast<unsigned char>(0));
     return true;
