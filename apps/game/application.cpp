@@ -8,7 +8,7 @@
 
 namespace {
 
-// The game is silent, so a computer without any sound is no reason not to play: the second try does without.
+// A computer without any sound is no reason not to play: the second try does without.
 Engine* startEngine()
 {
     if (Engine* engine = initEngine(false)) return engine;
@@ -21,7 +21,8 @@ Engine* startEngine()
 
 Application::Application(const char* title, const Vector2<int>& size)
     : engine(startEngine()), window(engine->createWindow(title, size.x, size.y, true, false), {engine.get()}),
-      input(engine->createInputDevice(false), {engine.get()}), renderDevice(nullptr, {engine.get()})
+      input(engine->createInputDevice(false), {engine.get()}), renderDevice(nullptr, {engine.get()}),
+      audioDevice(engine->createAudioDevice(), {engine.get()})
 {
     if (!window || !input) throw Failure(ExitStatus::NoGraphics, "not enough memory for a window");
     if (window->getHandle() == nullptr) throw Failure(ExitStatus::NoGraphics, "no window with OpenGL can be opened");

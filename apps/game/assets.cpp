@@ -3,67 +3,66 @@
 #include "failure.h"
 #include "program_check.h"
 
+#include <xum/engine/log.h>
+#include <xum/files/cache.h>
+#include <xum/files/config_file.h>
 #include <xum/render/image.h>
-#include <xum/render/shader.h>
 #include <xum/render/texture.h>
 
-#include <filesystem>
-#include <fstream>
-#include <list>
-#include <system_error>
+#include <memory>
+#include <sstream>
 #include <vector>
 
 namespace {
 
-void requireDirectory(const std::string& directory)
+/// The shaders of a program, from its description.
+std::vector<std::string> listShaders(GameData& data, const std::string& descriptionFile)
 {
-    std::error_code failure;
-    if (std::filesystem::is_directory(directory, failure)) return;
-    throw Failure(ExitStatus::BrokenData, "there is no data directory " + directory + " (choose another with --data)");
-}
-
-// Asked before the engine is: it says nothing of a file that it cannot read.
-void requireFile(const std::string& fileName)
-{
-    std::error_code failure;
-    const bool isFile = std::filesystem::is_regular_file(fileName, failure);
-    if (!isFile || !std::ifstream(fileName)) throw Failure(ExitStatus::BrokenData, "cannot read the file " + fileName);
-}
-
-OwnedShader loadRequiredShader(RenderDevice& device, const std::string& fileName)
-{
-    requireFile(fileName);
-    const bool isVertexShader = fileName.rfind(".vert") != std::string::npos;
-    return {device.loadShader(isVertexShader ? ShaderType::Vertex : ShaderType::Fragment, fileName), {&device}};
-}
-
-OwnedProgram loadProgram(RenderDevice& device, const std::string& directory, const std::list<std::string>& fileNames)
-{
-    std::list<OwnedShader> shaders;
-    std::list<Shader*> parts;
-    std::string names;
-    for (const std::string& fileName : fileNames) {
-        shaders.push_back(loadRequiredShader(device, directory + fileName));
-        parts.push_back(shaders.back().get());
-        names += (names.empty() ? "" : ", ") + directory + fileName;
+    data.read(descriptionFile); // throws when it is missing
+    // A broken one stops the program with a message that does not name it.
+    getLog() << "Reading the program " << descriptionFile << std::endl;
+    const ConfigFile description(&data.getResources(), descriptionFile);
+    std::vector<std::string> shaders;
+    for (const char* kind : {"vertex-shaders", "geometry-shaders", "fragment-shaders"}) {
+        const ConfigEntry* entry = description.getEntry(kind, false);
+        if (entry == nullptr) continue;
+        std::istringstream names(entry->getValue());
+        for (std::string name; std::getline(names >> std::ws, name, ',');) shaders.push_back(name);
     }
-    OwnedProgram program(device.createProgram(parts, {"position", "textureCoordinate", "normal"}, {"color"}),
-                         {&device});
-    if (!canDraw(device, program.get())) {
-        throw Failure(ExitStatus::BrokenData,
-                      "the shaders " + names + " do not compile or do not fit together; log.txt says why");
-    }
-    return program;
+    return shaders;
 }
 
-OwnedTexture loadTexture(RenderDevice& device, const std::string& fileName)
+/// The cache leaves a missing shader out without a word, so they are asked for here. Returns their names for a message.
+std::string requireShaders(GameData& data, const std::string& descriptionFile)
 {
-    requireFile(fileName);
-    const std::unique_ptr<Image> image(loadImage(fileName));
-    if (!image) throw Failure(ExitStatus::BrokenData, "cannot decode the picture " + fileName);
-    OwnedTexture texture(device.createTexture(image->getWidth(), image->getHeight(), true), {&device});
-    if (!texture) throw Failure(ExitStatus::NoGraphics, "not enough memory for the picture " + fileName);
-    texture->update(image->getPixels());
+    std::string fileNames;
+    for (const std::string& shader : listShaders(data, descriptionFile)) {
+        const std::string fileName = data.getFileName(data.getCache().getShaderDirectory(), shader);
+        data.read(fileName);
+        fileNames += (fileNames.empty() ? "" : ", ") + fileName;
+    }
+    if (fileNames.empty()) throw Failure(ExitStatus::BrokenData, "no shaders are named in " + descriptionFile);
+    return fileNames;
+}
+
+Program* loadProgram(RenderDevice& device, GameData& data, const std::string& name)
+{
+    Cache& cache = data.getCache();
+    const std::string shaders = requireShaders(data, data.getFileName(cache.getProgramDirectory(), name));
+    Program* program = cache.getProgram(&device, cache.getId(name), false);
+    if (canDraw(device, program)) return program;
+    throw Failure(ExitStatus::BrokenData,
+                  "the shaders " + shaders + " do not compile or do not fit together; log.txt says why");
+}
+
+Texture* loadTexture(RenderDevice& device, GameData& data, const std::string& name)
+{
+    Cache& cache = data.getCache();
+    const std::string fileName = data.getFileName(cache.getTextureDirectory(), name);
+    if (!std::unique_ptr<Image>(loadImageFromMemory(data.read(fileName))))
+        throw Failure(ExitStatus::BrokenData, "cannot decode the picture " + fileName);
+    Texture* texture = cache.getTexture(&device, cache.getId(name), true, false);
+    if (texture == nullptr) throw Failure(ExitStatus::NoGraphics, "not enough memory for the picture " + fileName);
     texture->setFilter(TextureFilter::Linear);
     texture->setClamp(false, false);
     return texture;
@@ -71,13 +70,9 @@ OwnedTexture loadTexture(RenderDevice& device, const std::string& fileName)
 
 } // namespace
 
-Assets::Assets(RenderDevice& device, const std::string& dataDirectory)
+Assets::Assets(RenderDevice& device, GameData& data)
+    : solidProgram(loadProgram(device, data, "solid.cfg")), skyProgram(loadProgram(device, data, "sky.cfg")),
+      flatProgram(loadProgram(device, data, "flat.cfg"))
 {
-    requireDirectory(dataDirectory);
-    const std::string shaders = dataDirectory + "shaders/";
-    solidProgram = loadProgram(device, shaders, {"solid.vert", "solid.frag", "display.frag"});
-    skyProgram = loadProgram(device, shaders, {"sky.vert", "sky.frag", "display.frag"});
-    flatProgram = loadProgram(device, shaders, {"flat.vert", "flat.frag"});
-    for (std::size_t i = 0; i < textureCount; ++i)
-        textures[i] = loadTexture(device, dataDirectory + "textures/" + textureFileNames[i]);
+    for (std::size_t i = 0; i < textureCount; ++i) textures[i] = loadTexture(device, data, textureFileNames[i]);
 }

@@ -1,25 +1,27 @@
 #pragma once
 
-#include "owned.h"
+#include "game_data.h"
 #include "scene.h"
 
 #include <array>
-#include <string>
 
-/// The programs and textures of the data directory.
+class Program;
+class Texture;
+
+/// The programs and textures, which the data's cache owns.
 class Assets {
 public:
     /// Throws Failure, naming the file, when one is missing or broken.
-    Assets(RenderDevice& device, const std::string& dataDirectory);
+    Assets(RenderDevice& device, GameData& data);
 
-    Program* getSolidProgram() const { return solidProgram.get(); }
-    Program* getSkyProgram() const { return skyProgram.get(); }
-    Program* getFlatProgram() const { return flatProgram.get(); }
-    Texture* getTexture(TextureName name) const { return textures[static_cast<std::size_t>(name)].get(); }
+    Program* getSolidProgram() const { return solidProgram; }
+    Program* getSkyProgram() const { return skyProgram; }
+    Program* getFlatProgram() const { return flatProgram; }
+    Texture* getTexture(TextureName name) const { return textures[static_cast<std::size_t>(name)]; }
 
 private:
-    OwnedProgram solidProgram;
-    OwnedProgram skyProgram;
-    OwnedProgram flatProgram;
-    std::array<OwnedTexture, textureCount> textures;
+    Program* solidProgram;
+    Program* skyProgram;
+    Program* flatProgram;
+    std::array<Texture*, textureCount> textures = {};
 };

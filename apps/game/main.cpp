@@ -6,6 +6,7 @@
 #include "play.h"
 #include "scene.h"
 #include "scene_renderer.h"
+#include "soundscape.h"
 
 #include <cstdio>
 
@@ -15,12 +16,15 @@ void run(const Options& options)
 {
     if (options.isUnattended()) setEnvironmentVariable("XUM_MESSAGE_BOXES", "0"); // nobody is there to close a box
     Application application("xum-game", options.size);
-    const Assets assets(application.getRenderDevice(), options.dataDirectory);
-    SceneRenderer renderer(application.getRenderDevice(), assets, makeCourtyard());
+    GameData data(application.getEngine(), options.source);
+    const Scene scene = makeCourtyard();
+    const Assets assets(application.getRenderDevice(), data);
+    Soundscape sounds(application.getAudioDevice(), data, scene, options.volume.get());
+    SceneRenderer renderer(application.getRenderDevice(), assets, scene);
     if (options.isUnattended())
-        runUnattended(application, renderer, options);
+        runUnattended(application, renderer, sounds, options);
     else
-        play(application, renderer, options);
+        play(application, renderer, sounds, options);
 }
 
 } // namespace

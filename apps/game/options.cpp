@@ -21,18 +21,20 @@ Keys:
   M              the mouse looks around, or is free again
   Tab            solids or edges only
   P              write a picture, screenshot-001.bmp and so on, into the working directory
+  N              no sound, or sound again
+  Page Up, Down  louder, quieter
   F11            full screen or window
   Escape         quit
 A joystick flies too: its axes move, buttons 1 and 2 go up and down, button 3 is faster, button 4 shows edges.
 
 Environment:
-  XUM_DATA_ROOT        the data directory where --data is not given
+  XUM_DATA_ROOT        the data directory where neither --data nor --archive is given
   XUM_MESSAGE_BOXES=0  messages go to standard error instead of boxes; always so with --frames
 
 Exit status:
   0    success
   2    wrong arguments
-  3    the data directory, a shader or a texture is missing or broken
+  3    the data directory, the archive or a file in it is missing or broken
   4    no window or no OpenGL 3.2
   5    the picture could not be written
   255  the engine stopped the program, log.txt says why)";
@@ -55,6 +57,11 @@ std::string checkPictureFile(const std::string& name)
     return isBmp ? "" : "'" + name + "' is not a file name that ends with .bmp";
 }
 
+std::string checkName(const std::string& name)
+{
+    return name.empty() ? "an empty name" : "";
+}
+
 std::string asDirectory(std::string name)
 {
     if (name.empty() || name.back() != '/') name += '/';
@@ -68,6 +75,8 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     Options options;
     std::string size = "1024x768";
     std::string dataDirectory = defaultDataRoot();
+    int volume = 100;
+    bool startsMute = false;
 
     CLI::App parser("Fly through a small courtyard, drawn with xum-engine.", "xum-game");
     parser.footer(footer);
@@ -82,10 +91,20 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
         ->check(checkPictureFile)
         ->needs(frames);
     parser.add_option("--size", size, "The window's size in pixels (" + size + ")")->type_name("WxH")->check(checkSize);
+    CLI::Option* data = parser.add_option(
+        "--data", dataDirectory, "The directory that holds shaders/, textures/ and so on (" + dataDirectory + ")");
+    data->type_name("DIR")->check(checkName);
     parser
-        .add_option("--data", dataDirectory, "The directory that holds shaders/ and textures/ (" + dataDirectory + ")")
-        ->type_name("DIR")
-        ->check([](const std::string& directory) { return directory.empty() ? "an empty name" : ""; });
+        .add_option("--archive", options.source.archive,
+                    "Read from an archive instead, as `xum pack create` makes it of that directory; a plain file, such "
+                    "as textures/wood.png below the working directory, wins")
+        ->type_name("FILE")
+        ->check(checkName)
+        ->excludes(data);
+    parser.add_option("--volume", volume, "How loud everything is, in percent (100)")
+        ->type_name("N")
+        ->check(CLI::Range(0, 100));
+    parser.add_flag("--mute", startsMute, "Start without sound");
     parser.add_flag("--wireframe", options.startsAsWireframe, "Start with edges only");
 
     try {
@@ -97,6 +116,7 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
         return std::nullopt;
     }
     std::sscanf(size.c_str(), "%5dx%5d", &options.size.x, &options.size.y);
-    options.dataDirectory = asDirectory(dataDirectory);
+    options.source.directory = asDirectory(dataDirectory);
+    options.volume = Volume(volume, startsMute);
     return options;
 }

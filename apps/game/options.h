@@ -1,5 +1,8 @@
 #pragma once
 
+#include "game_data.h"
+#include "volume.h"
+
 #include <xum/geometry/vector.h>
 
 #include <optional>
@@ -9,9 +12,10 @@
 struct Options {
     int frames = 0; ///< above 0: draw so many frames unattended, then write the picture
     std::string pictureFile = "xum-game.bmp";
-    std::string dataDirectory; ///< ends with '/'
+    DataSource source;
     Vector2<int> size = {1024, 768};
     bool startsAsWireframe = false;
+    Volume volume;
 
     bool isUnattended() const { return frames > 0; }
 };

@@ -36,11 +36,12 @@ private:
 /// A player's session.
 class Session {
 public:
-    Session(Application& application, SceneRenderer& renderer, const Options& options)
-        : application(application), renderer(renderer), input(application.getInput()), flight(input),
-          camera(cameraOnFixedPath(0.0f)), isWireframe(options.startsAsWireframe),
+    Session(Application& application, SceneRenderer& renderer, Soundscape& sounds, const Options& options)
+        : application(application), renderer(renderer), sounds(sounds), input(application.getInput()), flight(input),
+          camera(cameraOnFixedPath(0.0f)), isWireframe(options.startsAsWireframe), volume(options.volume),
           escape(input.getKeyFromName("Escape")), fullscreenKey(input.getKeyFromName("F11")),
-          wireframeKey(input.getKeyFromName("Tab"))
+          wireframeKey(input.getKeyFromName("Tab")), louderKey(input.getKeyFromName("PageUp")),
+          quieterKey(input.getKeyFromName("PageDown"))
     {}
 
     void run()
@@ -54,6 +55,7 @@ public:
             // A long pause, such as a window being dragged, must not throw the camera far away.
             flight.move(camera, std::min(static_cast<float>(time - lastTime) / 1000.0f, 0.1f));
             lastTime = time;
+            sounds.update(camera, time);
             drawFrame(time);
         }
     }
@@ -79,6 +81,15 @@ private:
             application.getWindow().setFullscreen(isFullscreen);
         }
         if (pictureKey.isThrown(input)) savePicture();
+        handleVolumeKeys();
+    }
+
+    void handleVolumeKeys()
+    {
+        if (muteKey.isThrown(input)) volume.switchMute();
+        if (louderKey.isThrown(input)) volume.change(Volume::step);
+        if (quieterKey.isThrown(input)) volume.change(-Volume::step);
+        sounds.setVolume(volume.get());
     }
 
     void savePicture()
@@ -111,11 +122,13 @@ private:
 
     Application& application;
     SceneRenderer& renderer;
+    Soundscape& sounds;
     InputDevice& input;
     PilotedFlight flight;
     Camera camera;
     FrameRateTitle title = FrameRateTitle("xum-game");
     bool isWireframe;
+    Volume volume;
     bool isFullscreen = false;
     bool isMinimized = false;
     int escape;
@@ -124,16 +137,19 @@ private:
     Switch wireframeButton = Switch(KeyCode::JoystickButton3);
     Switch mouseKey = Switch('m');
     Switch pictureKey = Switch('p');
+    Switch muteKey = Switch('n');
+    Switch louderKey;
+    Switch quieterKey;
 };
 
 } // namespace
 
-void play(Application& application, SceneRenderer& renderer, const Options& options)
+void play(Application& application, SceneRenderer& renderer, Soundscape& sounds, const Options& options)
 {
-    Session(application, renderer, options).run();
+    Session(application, renderer, sounds, options).run();
 }
 
-void runUnattended(Application& application, SceneRenderer& renderer, const Options& options)
+void runUnattended(Application& application, SceneRenderer& renderer, Soundscape& sounds, const Options& options)
 {
     constexpr float frameTime = 1.0f / 60.0f;
     const DrawStyle style = options.startsAsWireframe ? DrawStyle::Edges : DrawStyle::Solids;
@@ -143,6 +159,7 @@ void runUnattended(Application& application, SceneRenderer& renderer, const Opti
     for (int frame = 0; frame < options.frames; ++frame) {
         if (!application.getEngine().update()) throw Failure(ExitStatus::PictureNotWritten, "stopped before the end");
         camera = cameraOnFixedPath(static_cast<float>(frame) * frameTime);
+        sounds.update(camera, application.getEngine().getTime());
         renderer.draw(nullptr, window.getSize(), camera, style);
         device.swap(&window);
     }

@@ -114,33 +114,37 @@ void addGate(Things& things)
     }
 }
 
-void addTree(Things& things, float x, float y, float height)
+void addTree(Scene& scene, float x, float y, float height)
 {
+    Things& things = scene.things;
     things.push_back(place(SolidKind::Cylinder, bark, {x, y, 0}, {0.4f, 0.4f, 1.2f}));
     things.push_back(place(SolidKind::Cone, cypress, {x, y, 0.7f}, {height * 0.30f, height * 0.30f, height * 0.93f}));
+    scene.treeTops.emplace_back(x, y, height);
 }
 
-void addRoundTree(Things& things, float x, float y, float size)
+void addRoundTree(Scene& scene, float x, float y, float size)
 {
+    Things& things = scene.things;
     things.push_back(place(SolidKind::Cylinder, bark, {x, y, 0}, {0.16f * size, 0.16f * size, 1.3f * size}));
     things.push_back(place(SolidKind::Sphere, leaves, {x, y, 0.9f * size}, {1.7f * size, 1.7f * size, 1.5f * size}));
+    scene.treeTops.emplace_back(x, y, 2.4f * size);
 }
 
-void addTrees(Things& things)
+void addTrees(Scene& scene)
 {
-    addTree(things, -10.5f, 17.2f, 8.2f);
-    addTree(things, -6.6f, 18.0f, 7.0f);
-    addTree(things, 6.4f, 17.6f, 7.4f);
-    addTree(things, 10.8f, 16.8f, 8.6f);
-    addTree(things, -17.2f, 9.0f, 7.8f);
-    addTree(things, -17.6f, -2.0f, 7.2f);
-    addTree(things, 17.4f, 5.0f, 8.0f);
-    addTree(things, 17.0f, -6.0f, 7.0f);
-    addRoundTree(things, -20, 22, 3.0f);
-    addRoundTree(things, 15.5f, 24, 3.4f);
-    addRoundTree(things, 22, 15, 3.0f);
-    addRoundTree(things, -23, 6, 3.2f);
-    addRoundTree(things, -2.5f, 27, 3.0f);
+    addTree(scene, -10.5f, 17.2f, 8.2f);
+    addTree(scene, -6.6f, 18.0f, 7.0f);
+    addTree(scene, 6.4f, 17.6f, 7.4f);
+    addTree(scene, 10.8f, 16.8f, 8.6f);
+    addTree(scene, -17.2f, 9.0f, 7.8f);
+    addTree(scene, -17.6f, -2.0f, 7.2f);
+    addTree(scene, 17.4f, 5.0f, 8.0f);
+    addTree(scene, 17.0f, -6.0f, 7.0f);
+    addRoundTree(scene, -20, 22, 3.0f);
+    addRoundTree(scene, 15.5f, 24, 3.4f);
+    addRoundTree(scene, 22, 15, 3.0f);
+    addRoundTree(scene, -23, 6, 3.2f);
+    addRoundTree(scene, -2.5f, 27, 3.0f);
 }
 
 void addPots(Things& things)
@@ -223,13 +227,14 @@ Scene makeCourtyard()
     addPavilion(scene.things);
     addWalls(scene.things);
     addGate(scene.things);
-    addTrees(scene.things);
+    addTrees(scene);
     addPots(scene.things);
     addStores(scene.things);
     addBench(scene.things, -6.4f, -4);
     addBench(scene.things, -6.4f, 1.5f);
 
     scene.lamps = {Vector3<float>(-2.4f, -14, 3.4f), Vector3<float>(2.4f, -14, 3.4f), Vector3<float>(0, 7.4f, 3.4f)};
+    scene.fountain = {0, 0, floorHeight + 1.5f};
     scene.lampColor = {5.0f, 2.9f, 1.1f};
     scene.sunDirection = normalize(Vector3<float>(-0.62f, -0.42f, 0.52f));
     scene.sunColor = {2.9f, 2.2f, 1.45f};

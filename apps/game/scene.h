@@ -39,7 +39,9 @@ struct Scene {
     std::vector<Thing> things;
     std::array<Vector3<float>, lampCount> lamps;
     Vector3<float> lampColor;
-    Vector3<float> sunDirection; ///< towards the sun
+    Vector3<float> fountain;              ///< where its water falls
+    std::vector<Vector3<float>> treeTops; ///< where birds sit
+    Vector3<float> sunDirection;          ///< towards the sun
     Vector3<float> sunColor;
     Vector3<float> skyLight;
     Vector3<float> groundLight;

@@ -1,4 +1,6 @@
 #include "compare_pictures.h"
+#include "data_archive.h"
+#include "own_directory.h"
 #include "run_program.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +32,7 @@ protected:
         fs::copy(XUM_DATA_DIRECTORY, "data", fs::copy_options::recursive);
     }
 
-    void expectBrokenData(const std::string& message)
+    static void expectBrokenData(const std::string& message)
     {
         const ProgramRun run = runGame("--frames 1 --size 32x32 --data data --screenshot none.bmp");
         EXPECT_EQ(run.status, 3);
@@ -93,8 +95,9 @@ TEST(Game, helpNamesOptionsKeysAndExitStatuses)
 {
     const ProgramRun run = runGame("--help");
     EXPECT_EQ(run.status, 0);
-    for (const char* part : {"--frames", "--screenshot", "--size", "--data", "Escape", "XUM_MESSAGE_BOXES=0",
-                             "Exit status", "  2    wrong arguments", "  5    the picture"})
+    for (const char* part :
+         {"--frames", "--screenshot", "--size", "--data", "--archive", "--volume", "--mute", "Escape", "Page Up",
+          "XUM_MESSAGE_BOXES=0", "Exit status", "  2    wrong arguments", "  5    the picture"})
         EXPECT_TRUE(contains(run.output, part)) << part;
 }
 
@@ -103,7 +106,8 @@ TEST(Game, wrongArgumentsAreRefused)
     for (const char* arguments :
          {"--nonsense", "--frames", "--frames 0", "--frames many", "--frames 1 --size 12", "--frames 1 --size 0x5",
           "--frames 1 --size 10x20x30", "--frames 1 --size 9000x5", "--frames 1 --screenshot a.png",
-          "--frames 1 --screenshot .bmp", "--screenshot a.bmp", "leftover"}) {
+          "--frames 1 --screenshot .bmp", "--screenshot a.bmp", "leftover", "--volume loud", "--volume 101",
+          "--volume -1", "--archive", "--archive \"\"", "--archive a --data b"}) {
         const ProgramRun run = runGame(arguments);
         EXPECT_EQ(run.status, 2) << arguments;
         EXPECT_FALSE(run.errors.empty()) << arguments;
@@ -191,7 +195,7 @@ TEST_F(GameWithItsOwnData, shaderThatDoesNotCompileIsNamedWithTheCompilersWords)
 {
     writeFileContents("data/shaders/flat.frag", "#version 150\nout vec4 color;\nvoid main() { color = nonsense; }\n");
     expectBrokenData("xum-game: the shaders data/shaders/flat.vert, data/shaders/flat.frag do not compile");
-    EXPECT_TRUE(contains(fileContents("run-errors.txt"), "Warning: data/shaders/flat.frag\n"));
+    EXPECT_TRUE(contains(fileContents("run-errors.txt"), "Warning: flat.frag\n"));
     EXPECT_TRUE(contains(fileContents("run-errors.txt"), "nonsense"));
 }
 
@@ -229,4 +233,130 @@ TEST_F(GameWithItsOwnData, textInPlaceOfAPictureIsNamed)
 {
     writeFileContents("data/textures/wood.png", "a board");
     expectBrokenData("xum-game: cannot decode the picture data/textures/wood.png\n");
+}
+
+TEST_F(GameWithItsOwnData, missingDescriptionOfAProgramIsNamed)
+{
+    fs::remove("data/programs/flat.cfg");
+    expectBrokenData("xum-game: cannot read the file data/programs/flat.cfg\n");
+}
+
+TEST_F(GameWithItsOwnData, shaderThatADescriptionNamesMustBeThere)
+{
+    writeFileContents("data/programs/sky.cfg",
+                      "<program><vertex-shaders sky.vert/><fragment-shaders moon.frag/></program>");
+    expectBrokenData("xum-game: cannot read the file data/shaders/moon.frag\n");
+}
+
+TEST_F(GameWithItsOwnData, descriptionWithoutShadersIsNamed)
+{
+    writeFileContents("data/programs/sky.cfg", "<program><outputs color/></program>");
+    expectBrokenData("xum-game: no shaders are named in data/programs/sky.cfg\n");
+}
+
+TEST_F(GameWithItsOwnData, descriptionThatCannotBeReadStopsTheEngine)
+{
+    writeFileContents("data/programs/sky.cfg", "<program>");
+    const ProgramRun run = runGame("--frames 1 --data data");
+    EXPECT_EQ(run.status, 255);
+    EXPECT_EQ(run.errors, "Error: readSection() -> section needs at least 2 tokens!\n");
+    EXPECT_TRUE(contains(fileContents("log.txt"), "Reading the program data/programs/sky.cfg\nERROR: readSection()"));
+}
+
+TEST_F(GameWithItsOwnData, missingSoundsAreNamed)
+{
+    for (const char* name : {"samples/fountain.wav", "samples/flame.wav", "samples/blackbird.wav", "samples/finch.wav",
+                             "streams/courtyard.ogg"}) {
+        fs::rename("data/" + std::string(name), "away");
+        expectBrokenData("xum-game: cannot read the file data/" + std::string(name) + "\n");
+        fs::rename("away", "data/" + std::string(name));
+    }
+}
+
+TEST_F(GameWithItsOwnData, textInPlaceOfASampleIsNamed)
+{
+    writeFileContents("data/samples/flame.wav", "crackle");
+    expectBrokenData("xum-game: cannot decode the sound data/samples/flame.wav\n");
+}
+
+TEST_F(GameWithItsOwnData, truncatedMusicIsNamed)
+{
+    fs::resize_file("data/streams/courtyard.ogg", 100);
+    expectBrokenData("xum-game: cannot decode the sound data/streams/courtyard.ogg\n");
+}
+
+namespace {
+
+/// Everything in an archive, in a directory where nothing else lies.
+class GameWithAnArchive : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        enterOwnDirectory();
+        writeDataArchive("courtyard.xum", XUM_DATA_DIRECTORY);
+    }
+
+    void TearDown() override { fs::current_path(testDirectory()); }
+
+    static void expectFailure(const std::string& archive, const std::string& message)
+    {
+        const ProgramRun run = runGame("--frames 1 --size 32x32 --screenshot none.bmp --archive " + archive);
+        EXPECT_EQ(run.status, 3);
+        EXPECT_EQ(run.errors.substr(0, run.errors.find('\n') + 1), message);
+        EXPECT_FALSE(fs::exists("none.bmp"));
+    }
+};
+
+} // namespace
+
+#ifndef _WIN32
+TEST_F(GameWithAnArchive, archiveAloneDrawsTheGoldenPicture)
+{
+    const ProgramRun run =
+        runProgram("/usr/bin/env", "XUM_DATA_ROOT=/nowhere \"" XUM_GAME_PROGRAM "\" " XUM_GOLDEN_ARGUMENTS
+                                   " --archive courtyard.xum --screenshot actual.bmp");
+    ASSERT_EQ(run.status, 0) << run.errors;
+    const PictureDifference difference = comparePictures("actual.bmp", XUM_GOLDEN_PICTURE, "difference.bmp");
+    ASSERT_TRUE(difference.areComparable);
+    EXPECT_LE(difference.mean, 0.5);
+    EXPECT_LE(difference.maximum, 64);
+}
+#endif
+
+TEST_F(GameWithAnArchive, plainFileBelowTheWorkingDirectoryWins)
+{
+    fs::create_directory("textures");
+    writeFileContents("textures/wood.png", "a board");
+    expectFailure("courtyard.xum", "xum-game: cannot decode the picture textures/wood.png\n");
+}
+
+TEST_F(GameWithAnArchive, missingFileIsNamedWithTheArchive)
+{
+    for (const char* name : {"programs/sky.cfg", "shaders/display.frag", "textures/leaves.jpg", "samples/finch.wav",
+                             "streams/courtyard.ogg"}) {
+        writeDataArchive("partly.xum", XUM_DATA_DIRECTORY, name);
+        expectFailure("partly.xum",
+                      "xum-game: cannot read the file " + std::string(name) + " from the archive partly.xum\n");
+    }
+}
+
+TEST_F(GameWithAnArchive, missingArchiveIsNamed)
+{
+    expectFailure("nowhere.xum", "xum-game: cannot read the archive nowhere.xum\n");
+    expectFailure(".", "xum-game: cannot read the archive .\n");
+}
+
+TEST_F(GameWithAnArchive, otherFileIsNoArchive)
+{
+    writeFileContents("text.xum", "!XumRex");
+    expectFailure("text.xum", "xum-game: text.xum is no archive\n");
+    writeFileContents("empty.xum", "");
+    expectFailure("empty.xum", "xum-game: empty.xum is no archive\n");
+}
+
+TEST_F(GameWithAnArchive, truncatedArchiveIsNoticed)
+{
+    fs::resize_file("courtyard.xum", 15);
+    expectFailure("courtyard.xum",
+                  "xum-game: cannot read the file programs/solid.cfg from the archive courtyard.xum\n");
 }

@@ -28,13 +28,16 @@ protected:
         return small;
     }();
     Application application = Application("play", options.size);
-    Assets assets = Assets(application.getRenderDevice(), XUM_DATA_DIRECTORY "/");
-    SceneRenderer renderer = SceneRenderer(application.getRenderDevice(), assets, makeCourtyard());
+    GameData data = GameData(application.getEngine(), {XUM_DATA_DIRECTORY "/", ""});
+    Scene scene = makeCourtyard();
+    Assets assets = Assets(application.getRenderDevice(), data);
+    Soundscape sounds = Soundscape(application.getAudioDevice(), data, scene, options.volume.get());
+    SceneRenderer renderer = SceneRenderer(application.getRenderDevice(), assets, scene);
 
     void playForAWhile()
     {
         SDL_AddTimer(300, quitLater, nullptr);
-        play(application, renderer, options);
+        play(application, renderer, sounds, options);
     }
 };
 
@@ -43,19 +46,19 @@ protected:
 TEST_F(Play, escapeEndsTheGame)
 {
     pushKeyDown(SDLK_ESCAPE);
-    play(application, renderer, options);
+    play(application, renderer, sounds, options);
 }
 
 TEST_F(Play, closingTheWindowEndsTheGame)
 {
     pushWindowEvent(SDL_WINDOWEVENT_CLOSE);
-    play(application, renderer, options);
+    play(application, renderer, sounds, options);
 }
 
 TEST_F(Play, quitEndsTheGame)
 {
     pushEvent(SDL_QUIT);
-    play(application, renderer, options);
+    play(application, renderer, sounds, options);
 }
 
 TEST_F(Play, pWritesOnePictureHoweverLongItIsHeld)
@@ -113,9 +116,26 @@ TEST_F(Play, f11SwitchesToFullScreen)
 TEST_F(Play, titleTellsTheFrameRate)
 {
     SDL_AddTimer(1200, quitLater, nullptr);
-    play(application, renderer, options);
+    play(application, renderer, sounds, options);
     EXPECT_NE(application.getWindow().getTitle().find("xum-game - "), std::string::npos);
     EXPECT_NE(application.getWindow().getTitle().find(" frames per second"), std::string::npos);
+}
+
+TEST_F(Play, pageKeysSetTheVolumeAndNSilences)
+{
+    const auto playAfter = [&](int key) {
+        pushKeyDown(key);
+        pushKeyUp(key);
+        playForAWhile();
+        return sounds.getVolume();
+    };
+    EXPECT_EQ(sounds.getVolume(), 1);
+    EXPECT_EQ(playAfter(SDLK_PAGEUP), 1); // no louder
+    EXPECT_EQ(playAfter(SDLK_PAGEDOWN), 0.9f);
+    EXPECT_EQ(playAfter('n'), 0);
+    options.volume = Volume(30, true);
+    EXPECT_EQ(playAfter('n'), 0.3f);
+    EXPECT_EQ(playAfter(SDLK_PAGEUP), 0.4f);
 }
 
 TEST_F(Play, minimisedAndRestoredWindowGoesOn)

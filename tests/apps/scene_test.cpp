@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 
@@ -86,6 +87,18 @@ TEST(Scene, courtyardShowsEveryKindOfSolidAndEveryTexture)
     EXPECT_GT(scene.things.size(), 20u);
     EXPECT_EQ(kinds.size(), solidKindCount);
     EXPECT_EQ(textures.size(), textureCount);
+}
+
+TEST(Scene, lampsFountainAndBirdsAreWhereTheyAreSeen)
+{
+    const Scene scene = makeCourtyard();
+    for (const Vector3<float>& lamp : scene.lamps) EXPECT_GT(lamp.z, 3);
+    EXPECT_EQ(scene.fountain, (Vector3<float>{0, 0, 1.8f}));
+    EXPECT_EQ(scene.treeTops.size(), 13u);
+    for (const Vector3<float>& top : scene.treeTops) {
+        EXPECT_GT(std::max(std::abs(top.x), std::abs(top.y)), 14); // outside the walls
+        EXPECT_GT(top.z, 5);
+    }
 }
 
 TEST(Scene, sunStandsAboveTheHorizonAtDistanceOne)

@@ -1,0 +1,64 @@
+#include "game_data.h"
+
+#include "failure.h"
+
+#include <xum/files/cache.h>
+#include <xum/files/resource_manager.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+namespace {
+
+void requireDirectory(const std::string& directory)
+{
+    std::error_code failure;
+    if (std::filesystem::is_directory(directory, failure)) return;
+    throw Failure(ExitStatus::BrokenData, "there is no data directory " + directory + " (choose another with --data)");
+}
+
+// Asked before the engine is: it takes a file that it cannot read for an empty archive, and another one for a reason to
+// stop the program.
+void requireArchive(const std::string& fileName)
+{
+    const std::string magic = "!XumRes";
+    std::error_code failure;
+    const bool isFile = std::filesystem::is_regular_file(fileName, failure);
+    std::ifstream file(fileName, std::ios::binary);
+    if (!isFile || !file) throw Failure(ExitStatus::BrokenData, "cannot read the archive " + fileName);
+    std::string start(magic.size(), '\0');
+    file.read(start.data(), static_cast<std::streamsize>(start.size()));
+    if (start != magic) throw Failure(ExitStatus::BrokenData, fileName + " is no archive");
+}
+
+} // namespace
+
+GameData::GameData(Engine& engine, const DataSource& source)
+    : archive(source.archive), resources(engine.createResourceManager(), {&engine}), cache(nullptr, {&engine})
+{
+    if (resources) cache.reset(engine.createCache(resources.get()));
+    if (!cache) throw Failure(ExitStatus::BrokenData, "not enough memory for the data");
+    if (archive.empty()) {
+        requireDirectory(source.directory);
+        cache->setDataRoot(source.directory);
+    } else {
+        requireArchive(archive);
+        resources->addResourceFile(archive);
+        cache->setDataRoot(""); // names in archives begin with the directory of their kind
+    }
+}
+
+std::string GameData::getFileName(const std::string& directory, const std::string& name) const
+{
+    return cache->getDataRoot() + directory + name;
+}
+
+std::vector<unsigned char> GameData::read(const std::string& fileName)
+{
+    std::vector<unsigned char> data;
+    if (resources->load(data, fileName)) return data;
+    throw Failure(ExitStatus::BrokenData,
+                  "cannot read the file " + fileName + (archive.empty() ? "" : " from the archive " + archive));
+}

@@ -1,0 +1,109 @@
+#include "soundscape.h"
+
+#include "failure.h"
+
+#include <xum/devices/audio_device.h>
+#include <xum/files/cache.h>
+
+#include <string>
+
+namespace {
+
+constexpr float musicVolume = 0.55f;
+constexpr float musicRise = 0.5f; // seconds
+
+// A sample of noise rises and falls during half a second, and is started again that much before its end.
+constexpr uint64 fountainPause = 3500; // milliseconds, like all that follow
+constexpr uint64 flamePause = 2500;
+
+using OwnedSample = Owned<AudioDevice, Sample, &AudioDevice::destroySample>;
+using OwnedStream = Owned<AudioDevice, Stream, &AudioDevice::destroyStream>;
+
+Failure undecodable(const std::string& fileName)
+{
+    return {ExitStatus::BrokenData, "cannot decode the sound " + fileName};
+}
+
+Sample* loadSample(AudioDevice* device, GameData& data, const std::string& name)
+{
+    Cache& cache = data.getCache();
+    const std::string fileName = data.getFileName(cache.getSampleDirectory(), name);
+    const std::vector<unsigned char> bytes = data.read(fileName);
+    if (device == nullptr) return nullptr;
+    if (!OwnedSample(device->loadSampleFromMemory(bytes), {device})) throw undecodable(fileName);
+    return cache.getSample(device, cache.getId(name), false);
+}
+
+Stream* loadStream(AudioDevice* device, GameData& data, const std::string& name)
+{
+    Cache& cache = data.getCache();
+    const std::string fileName = data.getFileName(cache.getStreamDirectory(), name);
+    const std::vector<unsigned char> bytes = data.read(fileName);
+    if (device == nullptr) return nullptr;
+    if (!OwnedStream(device->loadStreamFromMemory(bytes), {device})) throw undecodable(fileName);
+    return cache.getStream(device, cache.getId(name), false);
+}
+
+} // namespace
+
+Soundscape::Soundscape(AudioDevice* device, GameData& data, const Scene& scene, float volume)
+    : device(device), volume(volume)
+{
+    addEmitters(data, scene);
+    Stream* music = loadStream(device, data, "courtyard.ogg");
+    if (device == nullptr) return;
+    device->setMusicVolume(musicVolume * volume);
+    device->playStream(music, true, musicRise);
+}
+
+void Soundscape::addEmitters(GameData& data, const Scene& scene)
+{
+    emitters.push_back({loadSample(device, data, "fountain.wav"), {scene.fountain}, 30.0f, 0.5f, fountainPause, 0, 0});
+    Sample* flame = loadSample(device, data, "flame.wav");
+    uint64 firstStart = 0; // one after the other, or they would all crack at the same time
+    for (const Vector3<float>& lamp : scene.lamps) {
+        emitters.push_back({flame, {lamp}, 16.0f, 0.8f, flamePause, 0, firstStart});
+        firstStart += flamePause / Scene::lampCount;
+    }
+    emitters.push_back({loadSample(device, data, "blackbird.wav"), scene.treeTops, 60.0f, 0.35f, 6000, 9000, 2500});
+    emitters.push_back({loadSample(device, data, "finch.wav"), scene.treeTops, 60.0f, 0.3f, 5000, 8000, 6000});
+}
+
+void Soundscape::update(const Camera& listener, uint64 milliseconds)
+{
+    if (device == nullptr) return;
+    for (Emitter& emitter : emitters)
+        if (milliseconds >= emitter.nextStart) start(emitter, milliseconds);
+    device->setListener(listener.position, listener.getForward());
+    // At once, so that what has just begun does not sound as if it were near.
+    device->update(0.0f);
+}
+
+// When all sources are in use, this time is left out.
+void Soundscape::start(Emitter& emitter, uint64 milliseconds)
+{
+    // Counted from now: after a long pause nothing has to be made up for.
+    emitter.nextStart = milliseconds + emitter.pause + chooseBelow(emitter.spread);
+    AudioSource* source = device->acquireSource();
+    if (source == nullptr) return;
+    sourceVolumes[source] = emitter.volume;
+    source->setPosition(emitter.places[static_cast<std::size_t>(chooseBelow(emitter.places.size()))]);
+    source->setRange(emitter.range);
+    source->setVolume(emitter.volume * volume);
+    source->play(emitter.sample, 0.0f);
+}
+
+uint64 Soundscape::chooseBelow(uint64 limit)
+{
+    return limit > 1 ? chance() % limit : 0;
+}
+
+// A source that is back in the pool is set as well: it does no harm, whoever gets it next sets it anew.
+void Soundscape::setVolume(float newVolume)
+{
+    if (newVolume == volume) return;
+    volume = newVolume;
+    if (device == nullptr) return;
+    device->setMusicVolume(musicVolume * volume);
+    for (const auto& [source, sourceVolume] : sourceVolumes) source->setVolume(sourceVolume * volume);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "camera.h"
+#include "game_data.h"
+#include "scene.h"
+
+#include <random>
+#include <unordered_map>
+#include <vector>
+
+class AudioSource;
+class Sample;
+
+/// What is heard: music, and the fountain, the lamps and birds in the trees at their places.
+class Soundscape {
+public:
+    /// Starts the music. Without a device (null), on a machine without sound, nothing is heard. Keeps the pointer.
+    /// Throws Failure, naming the file, when a sound is missing or broken.
+    Soundscape(AudioDevice* device, GameData& data, const Scene& scene, float volume);
+
+    /// Once a frame, with the time of the engine clock: starts what is due, and makes the camera the listener.
+    void update(const Camera& listener, uint64 milliseconds);
+
+    /// Of everything, 0 to 1; what already plays follows with the next update.
+    void setVolume(float newVolume);
+
+    float getVolume() const { return volume; }
+
+private:
+    /// Something that is heard again and again. A sample plays once and a source does not tell when it ends: the time
+    /// of the next start is known instead.
+    struct Emitter {
+        Sample* sample;
+        std::vector<Vector3<float>> places; ///< each time one of them
+        float range;
+        float volume;
+        uint64 pause;  ///< milliseconds from one start to the next, at least
+        uint64 spread; ///< and how much longer it may be; 0: never
+        uint64 nextStart;
+    };
+
+    void addEmitters(GameData& data, const Scene& scene);
+    void start(Emitter& emitter, uint64 milliseconds);
+    uint64 chooseBelow(uint64 limit);
+
+    AudioDevice* device;
+    float volume;
+    std::vector<Emitter> emitters;
+    std::unordered_map<AudioSource*, float>
+        sourceVolumes;       ///< of all sources that ever played, before the common volume
+    std::minstd_rand chance; ///< the same in each run
+};
