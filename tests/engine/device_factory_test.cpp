@@ -2,7 +2,12 @@
 #include "file_contents.h"
 #include "own_directory.h"
 
+#include <xum/devices/audio_device.h>
+#include <xum/devices/console.h>
+#include <xum/devices/network_device.h>
 #include <xum/engine/window.h>
+#include <xum/files/cache.h>
+#include <xum/files/resource_manager.h>
 #include <xum/render/render_device.h>
 
 #include <SDL_mixer.h>
@@ -65,6 +70,129 @@ TEST_F(DeviceFactory, everyCreateOperationMakesItsDevice)
     engine->destroyConsole(console);
     engine->destroyNetworkDevice(network);
     engine->destroyAudioDevice(audio);
+}
+
+TEST_F(DeviceFactory, audioDeviceOpensTheMixerAndClosesIt)
+{
+    ASSERT_FALSE(isMixerOpen());
+    AudioDevice* audio = engine->createAudioDevice();
+    int frequency = 0;
+    Uint16 format = 0;
+    int channels = 0;
+    EXPECT_EQ(Mix_QuerySpec(&frequency, &format, &channels), 1);
+    EXPECT_EQ(frequency, 44100);
+    EXPECT_EQ(format, AUDIO_S16SYS);
+    EXPECT_EQ(channels, 2);
+    EXPECT_EQ(Mix_AllocateChannels(-1), 64);
+    EXPECT_EQ(logLines().back(), "Audio: using 64 channels.");
+    engine->destroyAudioDevice(audio);
+    EXPECT_FALSE(isMixerOpen());
+}
+
+TEST_F(DeviceFactory, audioDeviceIsMadeAnewAfterItWasDestroyed)
+{
+    for (int i = 0; i < 3; ++i) {
+        AudioDevice* audio = engine->createAudioDevice();
+        ASSERT_NE(audio, nullptr);
+        EXPECT_NE(audio->acquireSource(), nullptr);
+        engine->destroyAudioDevice(audio);
+        EXPECT_FALSE(isMixerOpen());
+    }
+}
+
+TEST_F(DeviceFactory, mixerOfTwoAudioDevicesIsOpenUntilBothAreDestroyed)
+{
+    AudioDevice* first = engine->createAudioDevice();
+    AudioDevice* second = engine->createAudioDevice();
+    EXPECT_NE(first, second);
+    engine->destroyAudioDevice(first);
+    EXPECT_TRUE(isMixerOpen());
+    engine->destroyAudioDevice(second);
+    EXPECT_FALSE(isMixerOpen());
+}
+
+TEST_F(DeviceFactory, consolesAndNetworkDevicesAreIndependent)
+{
+    Console* open = engine->createConsole();
+    Console* closed = engine->createConsole();
+    EXPECT_TRUE(open->toggle());
+    EXPECT_TRUE(closed->toggle());
+    EXPECT_FALSE(closed->toggle());
+    EXPECT_FALSE(open->toggle());
+    engine->destroyConsole(open);
+    engine->destroyConsole(closed);
+
+    NetworkDevice* network = engine->createNetworkDevice();
+    EXPECT_EQ(network->create("localhost"), nullptr);
+    engine->destroyNetworkDevice(network);
+}
+
+TEST_F(DeviceFactory, resourceManagerStartsWithoutArchivesAndReadsFiles)
+{
+    writeFileContents("file", "contents");
+    ResourceManager* resources = engine->createResourceManager();
+    std::vector<unsigned char> data;
+    EXPECT_FALSE(resources->load(data, "missing"));
+    EXPECT_TRUE(resources->load(data, "file"));
+    EXPECT_EQ(std::string(data.begin(), data.end()), "contents");
+    engine->destroyResourceManager(resources);
+}
+
+TEST_F(DeviceFactory, cacheReadsThroughTheResourceManagerThatItIsGiven)
+{
+    class Host final : public ResourceManager {
+    public:
+        ResourceFileImplementation* addResourceFile(const std::string& /*fileName*/) override { return nullptr; }
+        bool load(std::vector<unsigned char>& data, const std::string& name) override
+        {
+            asked = name;
+            data = {'x'};
+            return true;
+        }
+        std::string asked;
+    };
+    Host host;
+    Cache* cache = engine->createCache(&host);
+    cache->setDataRoot("root/");
+    EXPECT_EQ(cache->getSample(nullptr, cache->getId("name"), false), nullptr);
+    EXPECT_EQ(host.asked, "root/samples/name");
+    Cache* other = engine->createCache(&host);
+    EXPECT_EQ(other->getId("another name"), 0) << "caches are independent";
+    engine->destroyCache(other);
+    engine->destroyCache(cache);
+}
+
+TEST(DeviceFactoryWithoutSound, audioDeviceIsNullAndNothingIsLogged)
+{
+    const auto tryIt = [] {
+        enterOwnDirectory();
+        setEnvironment("SDL_AUDIODRIVER", "disk"); // plays into a file, which cannot be opened
+        setEnvironment("SDL_DISKAUDIOFILE", "missing/file");
+        Engine* engine = initEngine(false);
+        if (engine == nullptr) std::exit(1);
+        const std::vector<std::string> linesBefore = logLines();
+        AudioDevice* audio = engine->createAudioDevice();
+        if (audio != nullptr || isMixerOpen()) std::exit(2);
+        if (logLines() != linesBefore) std::exit(3);
+
+        writeFileContents("sound", "whatever");
+        ResourceManager* resources = engine->createResourceManager();
+        Cache* cache = engine->createCache(resources);
+        cache->setDataRoot("");
+        cache->setSampleDirectory("");
+        cache->setStreamDirectory("");
+        const int id = cache->getId("sound");
+        if (cache->getSample(audio, id, false) != nullptr || cache->getStream(audio, id, false) != nullptr)
+            std::exit(4);
+        cache->release(nullptr, audio, true);
+        engine->destroyCache(cache);
+        engine->destroyResourceManager(resources);
+        engine->destroyAudioDevice(audio);
+        if (logLines() != linesBefore) std::exit(5);
+        shutdownEngine(engine);
+        std::exit(0);
+    };
+    EXPECT_EXIT(tryIt(), ExitedWithCode(0), "");
 }
 
 TEST_F(DeviceFactory, devicesOfOneKindAreIndependent)
