@@ -19,8 +19,11 @@ AudioDevice* device = nullptr;
 /// ours: what they do wrong would hide what we do.
 bool isJudgedByTheLibrary(std::string_view bytes)
 {
-    if (bytes.substr(0, 4) == "OggS") return bytes.size() < 36 || bytes.substr(28, 8) != "OpusHead";
-    return bytes.substr(0, 4) == "WAVE" || (bytes.substr(0, 4) == "RIFF" && bytes.substr(8, 4) == "WAVE");
+    const auto holds = [&](std::size_t place, std::string_view name) {
+        return bytes.size() >= place && bytes.substr(place, name.size()) == name;
+    };
+    if (holds(0, "OggS")) return !holds(28, "OpusHead");
+    return bytes.size() < 12 || (holds(0, "RIFF") && holds(8, "WAVE"));
 }
 
 /// What the sound card would fetch, and as much as it would take of that.
@@ -69,6 +72,7 @@ extern "C" DECLSPEC SDL_AudioDeviceID SDLCALL SDL_OpenAudioDevice(const char* /*
 {
     mixerOutput = *desired;
     mixerOutput.size = mixerOutput.samples * mixerOutput.channels * 2u;
+    mixerOutput.silence = 0;
     *obtained = mixerOutput;
     return 2;
 }

@@ -30,6 +30,7 @@ LAYERS = {
     # Concrete devices and the state behind them.
     5: """
         devices/audio_data
+        devices/audio_header
         devices/*_implementation
         devices/input_state
         engine/*_system_device

@@ -1,7 +1,9 @@
 #include <xum/devices/audio_device_implementation.h>
 
 #include <xum/devices/audio_data.h>
+#include <xum/devices/audio_header.h>
 #include <xum/engine/log.h>
+#include <xum/files/read_file.h>
 
 #include <SDL.h>
 #include <SDL_mixer.h>
@@ -10,6 +12,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -30,8 +33,25 @@ SDL_RWops* openMemory(const std::vector<unsigned char>& data)
     return SDL_RWFromConstMem(data.data(), static_cast<int>(data.size()));
 }
 
-Sample* makeSample(Mix_Chunk* chunk)
+bool isBelievableStream(const std::vector<unsigned char>& data)
 {
+    SDL_RWops* source = openMemory(data);
+    if (source == nullptr) return false;
+    const bool isBelievable = isStreamBelievable(source);
+    SDL_RWclose(source);
+    return isBelievable;
+}
+
+/// Closes the source. Null, as without an open mixer, for what would not end well.
+Sample* decodeSample(SDL_RWops* source)
+{
+    if (source == nullptr) return nullptr;
+    if (!isMixerOpen() || !isSampleBelievable(source)) {
+        SDL_RWclose(source);
+        return nullptr;
+    }
+    SDL_RWseek(source, 0, RW_SEEK_SET);
+    Mix_Chunk* chunk = Mix_LoadWAV_RW(source, 1);
     if (chunk == nullptr) return nullptr;
     Sample* sample = new (std::nothrow) Sample(chunk);
     if (sample == nullptr) Mix_FreeChunk(chunk);
@@ -63,12 +83,12 @@ AudioDeviceImplementation::AudioDeviceImplementation(int channels)
 Sample* AudioDeviceImplementation::loadSample(const std::string& fileName)
 {
     if (!isFileName(fileName)) return nullptr;
-    return makeSample(Mix_LoadWAV_RW(SDL_RWFromFile(fileName.c_str(), "rb"), 1));
+    return decodeSample(SDL_RWFromFile(fileName.c_str(), "rb"));
 }
 
 Sample* AudioDeviceImplementation::loadSampleFromMemory(const std::vector<unsigned char>& data)
 {
-    return makeSample(Mix_LoadWAV_RW(openMemory(data), 1));
+    return decodeSample(openMemory(data));
 }
 
 void AudioDeviceImplementation::destroySample(Sample* sample)
@@ -78,17 +98,33 @@ void AudioDeviceImplementation::destroySample(Sample* sample)
 
 Stream* AudioDeviceImplementation::loadStream(const std::string& fileName)
 {
-    if (!isFileName(fileName)) return nullptr;
-    std::unique_ptr<Stream> stream(new (std::nothrow) Stream({}));
-    if (!stream) return nullptr;
-    stream->setMusic(Mix_LoadMUS(fileName.c_str()));
-    return stream->getMusic() != nullptr ? stream.release() : nullptr;
+    if (!isFileName(fileName) || !isMixerOpen()) return nullptr;
+    SDL_RWops* source = SDL_RWFromFile(fileName.c_str(), "rb");
+    if (source == nullptr) return nullptr;
+    const bool isBelievable = isStreamBelievable(source);
+    const bool hasBadChunks = isBelievable && hasTexts(source);
+    SDL_RWclose(source);
+    if (!isBelievable) return nullptr;
+    try {
+        if (hasBadChunks) {
+            std::vector<char> data;
+            return readFile(fileName, data) ? loadStreamFromMemory({data.begin(), data.end()}) : nullptr;
+        }
+        auto stream = std::make_unique<Stream>(std::vector<unsigned char>());
+        stream->setMusic(Mix_LoadMUS(fileName.c_str()));
+        return stream->getMusic() != nullptr ? stream.release() : nullptr;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 Stream* AudioDeviceImplementation::loadStreamFromMemory(const std::vector<unsigned char>& data)
 {
     try {
-        auto stream = std::make_unique<Stream>(data);
+        if (!isMixerOpen() || !isBelievableStream(data)) return nullptr;
+        std::vector<unsigned char> copy = data;
+        hideTexts(copy);
+        auto stream = std::make_unique<Stream>(std::move(copy));
         stream->setMusic(Mix_LoadMUS_RW(openMemory(stream->getData()), 1));
         return stream->getMusic() != nullptr ? stream.release() : nullptr;
     } catch (const std::bad_alloc&) {
