@@ -13,4 +13,6 @@ enum ExitStatus : int {
     exitWrongUsage = 2,
 };
 
+void addConfigCommand(CLI::App& app);
 void addLispCommand(CLI::App& app);
+void addPackCommand(CLI::App& app);

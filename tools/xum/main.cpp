@@ -39,7 +39,9 @@ int main(int argc, char** argv)
         app.require_subcommand(0, 1);
         app.footer(exitStatusText);
 
+        addConfigCommand(app);
         addLispCommand(app);
+        addPackCommand(app);
 
         const int status = run(app, argc, argv);
         if (std::fflush(stdout) == 0) return status;

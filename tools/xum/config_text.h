@@ -1,0 +1,22 @@
+#pragma once
+
+#include <xum/files/config_section.h>
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+
+/// A configuration that has been read.
+struct ConfigText {
+    std::string name; ///< of the file for messages; "<stdin>" for standard input
+    std::string text;
+    std::unique_ptr<ConfigSection> root; ///< null for an empty text
+};
+
+/// Reads a file, or standard input for "-". Without a value when it cannot be read or is no configuration; that is
+/// reported, the latter as "FILE:LINE:COLUMN: the engine's message". Of an empty text the engine's warning is reported.
+std::optional<ConfigText> readConfig(const std::string& fileName);
+
+/// "LINE:COLUMN" of a position in a text: counted from 1, columns in characters of UTF-8.
+std::string describePlace(const std::string& text, std::size_t position);
