@@ -6,6 +6,7 @@
 #include <xum/files/cache.h>
 #include <xum/files/data_root.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <limits>
 #include <stdexcept>
@@ -152,16 +153,16 @@ TEST_F(CacheTest, joinsDirectoriesAndNamesAsTheyAre)
                   {"[root][shaders]v", "source"},
                   {"[root][textures]a/../t", bitmapOf(1, {Pixel{1, 2, 3, 255}})},
                   {"[root][samples]s", "sound"},
-                  {"[root]m", "music"}};
+                  {std::string("[root]m\0n", 9), "music"}};
     EXPECT_NE(cache->getProgram(&gl, cache->getId("p"), false), nullptr);
     EXPECT_NE(cache->getTexture(&gl, cache->getId("a/../t"), false, false), nullptr);
     EXPECT_NE(cache->getSample(&mixer, cache->getId("s"), false), nullptr);
-    EXPECT_NE(cache->getStream(&mixer, cache->getId("m"), false), nullptr);
+    EXPECT_NE(cache->getStream(&mixer, cache->getId(std::string("m\0n", 3)), false), nullptr);
     EXPECT_EQ(record.take(),
               (Calls{"load([root][programs]p)", "load([root][shaders]v)", "gl.createShader(0, v, source)",
                      "gl.createProgram([1], [], [])", "load([root][textures]a/../t)", "gl.createTexture(1, 1)",
-                     "3.update(010203ff)", "load([root][samples]s)", "mixer.loadSample(sound)", "load([root]m)",
-                     "mixer.loadStream(music)"}));
+                     "3.update(010203ff)", "load([root][samples]s)", "mixer.loadSample(sound)",
+                     "load(" + std::string("[root]m\0n", 9) + ")", "mixer.loadStream(music)"}));
 }
 
 TEST_F(CacheTest, changeOfADirectoryConcernsOnlyWhatIsNotLoadedYet)
@@ -284,6 +285,39 @@ TEST_F(CacheTest, hostMayLoadAnotherItemWhileAFileIsLoaded)
     record.take();
     EXPECT_NE(cache->getProgram(&gl, inner, false), cache->getProgram(&gl, outer, false));
     EXPECT_EQ(record.take(), Calls());
+}
+
+TEST_F(CacheTest, itemThatTheHostLoadsMeanwhileIsTheOneThatCounts)
+{
+    putFiles();
+    const int id = cache->getId("picture 1");
+    Texture* inner = nullptr;
+    host.duringLoad = [&] {
+        host.duringLoad = nullptr;
+        inner = cache->getTexture(&gl, id, false, true);
+    };
+    EXPECT_EQ(cache->getTexture(&gl, id, true, false), inner);
+    EXPECT_EQ(record.take(), (Calls{"load(root/textures/picture 1)", "load(root/textures/picture 1)",
+                                    "gl.createTexture(1, 1)", "1.update(010203ff)", "gl.createTexture(1, 1, mipmaps)",
+                                    "2.update(010203ff)", "gl.destroyTexture(2)"}));
+    cache->release(nullptr, nullptr, false);
+    EXPECT_EQ(record.take(), Calls{"gl.destroyTexture(1)"}) << "the one that was loaded as transient";
+}
+
+TEST_F(CacheTest, itemThatTheHostLoadsAsAnotherKindMeanwhileLeavesNothingOfThisKind)
+{
+    putFiles();
+    host.files["root/samples/picture 1"] = "sound";
+    const int id = cache->getId("picture 1");
+    Sample* inner = nullptr;
+    host.duringLoad = [&] {
+        host.duringLoad = nullptr;
+        inner = cache->getSample(&mixer, id, false);
+    };
+    EXPECT_EQ(cache->getTexture(&gl, id, false, false), nullptr);
+    EXPECT_NE(inner, nullptr);
+    EXPECT_EQ(record.take().back(), "gl.destroyTexture(2)");
+    EXPECT_EQ(cache->getSample(&mixer, id, false), inner);
 }
 
 TEST_F(CacheTest, shaderThatTheHostLoadsMeanwhileIsNotMadeTwice)
@@ -592,6 +626,23 @@ TEST_F(CacheTest, releasesThroughTheDevicesThatLoadedWhenItIsGivenNone)
                      "other.destroyTexture(6)", "other.destroyProgram(8)", "other.destroySample(9)",
                      "other.destroyStream(10)", isFirstShaderFirst ? "gl.destroyShader(1)" : "other.destroyShader(7)",
                      isFirstShaderFirst ? "other.destroyShader(7)" : "gl.destroyShader(1)"}));
+}
+
+TEST_F(CacheTest, deviceOfTheHostMayUseTheCacheWhileItDestroys)
+{
+    loadOneOfEach(true);
+    int registered = 0;
+    gl.duringDestroy = [&] {
+        for (int i = 0; i < 100; ++i) cache->getId("another name " + std::to_string(registered++));
+        cache->release(nullptr, nullptr, true);
+    };
+    cache->release(&gl, &mixer, true);
+    gl.duringDestroy = nullptr;
+    Calls calls = record.take();
+    std::sort(calls.begin(), calls.end());
+    EXPECT_EQ(calls, (Calls{"gl.destroyProgram(2)", "gl.destroyShader(1)", "gl.destroyTexture(3)",
+                            "mixer.destroySample(4)", "mixer.destroyStream(5)"}))
+        << "each once";
 }
 
 TEST_F(CacheTest, destroysEverythingWithItselfThroughTheDevicesThatLoaded)

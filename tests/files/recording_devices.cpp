@@ -73,6 +73,7 @@ Texture* RecordingRenderDevice::createTexture(int width, int height, bool mipmap
 template <class Recorded, class Object>
 void RecordingRenderDevice::destroy(const std::string& operation, Object* object)
 {
+    if (duringDestroy) duringDestroy();
     if (object == nullptr) {
         record->calls.push_back(name + "." + operation + "(null)");
         return;

@@ -41,7 +41,7 @@ public:
     bool load(std::vector<unsigned char>& data, const std::string& name) override
     {
         record->calls.push_back("load(" + name + ")");
-        if (duringLoad) duringLoad();
+        if (const std::function<void()> act = duringLoad) act(); // a copy: it may replace itself
         const auto found = files.find(name);
         if (found == files.end()) return false;
         data.assign(found->second.begin(), found->second.end());
@@ -133,6 +133,9 @@ public:
 
     /// While it is set, everything that is made is null.
     bool isInert = false;
+
+    /// Called before something is destroyed.
+    std::function<void()> duringDestroy;
 
     void makeCurrent(Window* /*window*/) override {}
     RenderTarget* createRenderTarget(int /*width*/, int /*height*/,

@@ -5,6 +5,10 @@
 #include <random>
 #include <set>
 
+#ifndef _WIN32
+#    include <sys/stat.h>
+#endif
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -132,6 +136,24 @@ TEST_F(ResourceManagerTest, looksForPlainFilesByTheNameAsGiven)
     EXPECT_EQ(load("a/b/../c"), "packed") << "there is no directory a/b";
     fs::create_directory("a/b");
     EXPECT_EQ(load("a/b/../c"), "plain");
+}
+
+TEST_F(ResourceManagerTest, findsPlainFilesAboveTheWorkingDirectory)
+{
+    writeFiles({{"plain", "plain"}, {"inner/other", "other"}});
+    fs::current_path("inner");
+    EXPECT_EQ(load("../plain"), "plain");
+    EXPECT_EQ(load("../../resources/plain"), "plain");
+    EXPECT_EQ(load("../inner/other"), "other");
+}
+
+TEST_F(ResourceManagerTest, namedPipeDoesNotWinOverAnArchive)
+{
+    addArchive(archive::pack({{"pipe", "packed"}}));
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    ASSERT_EQ(mkfifo("other", 0600), 0);
+    EXPECT_EQ(load("pipe"), "packed") << "and nobody waits for a writer";
+    EXPECT_EQ(load("other"), nothing);
 }
 
 TEST_F(ResourceManagerTest, readsDataBeyondFourGigabytes)
