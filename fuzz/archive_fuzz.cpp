@@ -73,6 +73,7 @@ void checkLoad(ResourceManager& resources, const Directory& directory, const std
     if (isOnDisk(name)) return;
     const std::string key = normalizeResourceName(name);
     abortIf(key.find("../") != std::string::npos, "a name keeps its \"../\"");
+    abortIf(normalizeResourceName("a directory/../" + name) != key, "a directory is not taken out");
     const auto found = directory.find(key);
     if (found != directory.end() && found->second.size > largestLoad) return;
     const std::vector<unsigned char> untouched = {1, 2, 3};

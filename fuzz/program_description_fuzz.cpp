@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <regex>
 #include <string>
 #include <vector>
@@ -30,7 +31,13 @@ std::vector<std::string> splitByExpression(const std::string& list)
 void checkDescription(const std::uint8_t* data, std::size_t size)
 {
     TextResources resources(data, size);
-    const ConfigFile config(&resources, "fuzz");
+    std::unique_ptr<ConfigFile> file;
+    try {
+        file = std::make_unique<ConfigFile>(&resources, "fuzz");
+    } catch (const FatalError&) {
+        return;
+    }
+    const ConfigFile& config = *file;
     const ProgramDescription description(config);
     const char* const kinds[] = {"vertex-shaders", "geometry-shaders", "fragment-shaders", "compute-shaders"};
     for (std::size_t kind = 0; kind < ProgramDescription::shaderKinds; ++kind) {
@@ -62,9 +69,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(reinterpret_cast<const char*>(data), size);
     const std::vector<std::string> names = splitNames(text);
     if (size <= longestList) abortIf(names != splitByExpression(text), "the list is split in another way");
-    try {
-        checkDescription(data, size);
-    } catch (const FatalError&) {
-    }
+    if (size != 0) checkDescription(data, size);
     return 0;
 }
