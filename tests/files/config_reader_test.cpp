@@ -240,6 +240,7 @@ TEST(ConfigReader, ignoresWhatFollowsTheRootAsLongAsItIsTags)
         {"<a></a><a><b>", tree("a{}")},
         {"<a></a> \t\r\n", tree("a{}")},
         {"<a></a>junk", refused("tokenize() -> expecting '<' got 'j'!", 7)},
+        {"<a></a></a> junk", refused("tokenize() -> expecting '<' got 'j'!", 12)},
         {"<a></a><b/>", refused("Token::Token(b/>) -> invalid number of spaces inside entry!", 7)},
         {"<a></a><b \"/>", refused("Token::Token(b) -> mismatched quotes!", 7)},
         {"<a></a><b", refused(noClosingTag, 7)},

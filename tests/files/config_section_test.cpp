@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 #include <list>
 #include <string>
 #include <type_traits>
@@ -70,10 +70,10 @@ protected:
 /// Less than what a look at each of many items for each of them takes.
 class Quickly {
 public:
-    ~Quickly() { EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10)); }
+    ~Quickly() { EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC); }
 
 private:
-    std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    std::clock_t start = std::clock(); // of the processor: other programs may keep it busy
 };
 
 constexpr int many = 100000;

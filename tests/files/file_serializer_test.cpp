@@ -93,9 +93,9 @@ TEST(FileSerializer, failedOpenIsReportedOnceSomethingWasWritten)
     expectOnlyAWriteToFail(std::wstring(L"missing-directory/file"));
     expectOnlyAWriteToFail(std::string("directory"));
     expectOnlyAWriteToFail(std::string());
-    expectOnlyAWriteToFail(std::string("name\0tail", 9));
-    expectOnlyAWriteToFail(std::wstring(L"name\0tail", 9));
-    EXPECT_FALSE(std::filesystem::exists("name"));
+    expectOnlyAWriteToFail(std::string("cut-name\0tail", 13));
+    expectOnlyAWriteToFail(std::wstring(L"cut-name\0tail", 13));
+    EXPECT_FALSE(std::filesystem::exists("cut-name"));
 }
 
 TEST(FileSerializer, failedOpenIsReportedAlsoAfterAWriteOfNothing)
