@@ -14,9 +14,14 @@
 
 #include <utility>
 
-LispScriptingDevice::LispScriptingDevice() : interpreter(), output{print, failureHook, this}
+LispScriptingDevice::LispScriptingDevice(std::uint64_t regionSize) : interpreter(), output{print, failureHook, this}
 {
-    if (!lisp_start(&interpreter, &output, lisp_region_size) || !setLoadPath()) error("Could not init Lisp!");
+    if (!lisp_start(&interpreter, &output, regionSize)) error("Could not init Lisp!");
+}
+
+LispScriptingDevice::LispScriptingDevice() : LispScriptingDevice(lisp_region_size)
+{
+    if (!setLoadPath()) error("Could not init Lisp!");
     loadBaseScripts();
     // Only now: the base scripts cannot call it while they are loaded for the first time.
     const lisp_native_descriptor reload = {"reload-scripts", "", "(:nil)",

@@ -4,6 +4,7 @@
 #include <xum/lisp/script_host.h>
 #include <xum/lisp/scripting_device.h>
 
+#include <cstdint>
 #include <exception>
 #include <list>
 
@@ -39,6 +40,9 @@ public:
     void callHost(const HostFunction& host, ScriptCall& call);
 
 private:
+    /// Starts the interpreter alone: if the other constructor throws after that, the destructor runs.
+    explicit LispScriptingDevice(std::uint64_t regionSize);
+
     bool load(const char* name);
     bool setLoadPath();
     void keepException();
