@@ -342,7 +342,11 @@ TEST(ResourceArchive, ofAnotherMagicIsFatal)
     const auto add = [](const std::string& bytes) {
         enterOwnDirectory();
         writeFileContents("archive", bytes);
-        initEngine(false)->createResourceManager()->addResourceFile("archive");
+        Engine* engine = initEngine(false);
+        ResourceManager* resources = engine->createResourceManager();
+        resources->addResourceFile("archive");
+        engine->destroyResourceManager(resources);
+        shutdownEngine(engine);
         std::exit(0);
     };
     const std::string rest = archive::pack({{"file", "contents"}}).substr(7);
