@@ -112,6 +112,31 @@ TEST_F(AudioLoading, wholeFilesAreSounds)
     }
 }
 
+// SDL_mixer would divide by zero, and make a buffer of an overflown size.
+TEST_F(AudioLoading, wavesWithoutChannelsOrOfAbsurdRatesAreNull)
+{
+    const std::string data = waveChunk("data", std::string(100000, '\x20'));
+    expectNull(wave(waveChunk("fmt ", waveFormat(1, 0, 44100, 16)) + data));
+    expectNull(wave(waveChunk("fmt ", waveFormat(1, 256, 44100, 16)) + data));
+    expectNull(wave(waveChunk("fmt ", waveFormat(1, 1, 1, 8)) + data));
+    expectNull(wave(waveChunk("fmt ", waveFormat(1, 1, 0, 8)) + data));
+}
+
+// SDL_mixer would read beyond the chunk.
+TEST_F(AudioLoading, streamsWhoseLoopsAreMissingAreNull)
+{
+    std::string loops(36, '\0');
+    loops[28] = '\x7F';
+    const std::vector<unsigned char> bytes = wave(waveChunk("fmt ", waveFormat(1, 2, 44100, 16)) +
+                                                  waveChunk("smpl", loops) + waveChunk("data", std::string(400, ' ')));
+    const std::string fileName = writeSound("loops.wav", bytes);
+    EXPECT_EQ(audio->loadStreamFromMemory(bytes), nullptr);
+    EXPECT_EQ(audio->loadStream(fileName), nullptr);
+    Sample* sample = audio->loadSample(fileName);
+    EXPECT_NE(sample, nullptr) << "has no loops";
+    audio->destroySample(sample);
+}
+
 TEST_F(AudioLoading, missingFilesAreNull)
 {
     expectNull("missing.wav");
