@@ -210,6 +210,17 @@ TEST_F(Allocation, thatFailsWhileANameIsRegisteredRegistersNothing)
     engine->destroyCache(cache);
 }
 
+TEST_F(Allocation, isNotNeededToReleaseOrDestroyACache)
+{
+    Cache* cache = engine->createCache(nullptr);
+    ASSERT_NE(cache, nullptr);
+    cache->getId("a name");
+    const FailingAllocations failing;
+    cache->release(nullptr, nullptr, false);
+    cache->release(nullptr, nullptr, true);
+    engine->destroyCache(cache);
+}
+
 TEST_F(Allocation, thatFailsWhileAnArchiveIsOpenedAddsNone)
 {
     const std::string name = "a file with a name that needs memory";

@@ -15,14 +15,14 @@
 #include <list>
 #include <memory>
 #include <new>
-#include <utility>
 
 CacheImplementation::CacheImplementation(ResourceManager* resources) : resources(resources), dataRoot(defaultDataRoot())
 {}
 
 CacheImplementation::~CacheImplementation()
 {
-    release(nullptr, nullptr, true);
+    for (std::size_t index = 0; index < records.size(); ++index) releaseRecord(index, nullptr, nullptr);
+    releaseShaders(nullptr);
 }
 
 std::string CacheImplementation::getDataRoot()
@@ -223,21 +223,33 @@ Stream* CacheImplementation::loadStream(AudioDevice* audio, const std::string& n
 
 void CacheImplementation::release(RenderDevice* device, AudioDevice* audio, bool all)
 {
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        if (!all && !records[i].transient) continue;
-        // First out of the record: a device of the host's may use the cache.
-        const auto loaded = std::exchange(records[i].loaded, std::monostate());
-        if (const auto* program = std::get_if<MadeProgram>(&loaded)) destroy(*program, device);
-        if (const auto* texture = std::get_if<MadeTexture>(&loaded)) destroy(*texture, device);
-        if (const auto* sample = std::get_if<MadeSample>(&loaded)) destroy(*sample, audio);
-        if (const auto* stream = std::get_if<MadeStream>(&loaded)) destroy(*stream, audio);
+    for (std::size_t index = 0; index < records.size(); ++index)
+        if (all || records[index].transient) releaseRecord(index, device, audio);
+    if (!all) return;
+    releaseShaders(device);
+    try {
+        shaders.rehash(shaderBuckets);
+    } catch (const std::bad_alloc&) {
+        // it grows when it must
     }
-    if (all) releaseShaders(device);
+}
+
+// What is destroyed is out of the cache first: a device of the host's may use the cache.
+
+void CacheImplementation::releaseRecord(std::size_t index, RenderDevice* device, AudioDevice* audio)
+{
+    const auto loaded = records[index].loaded;
+    records[index].loaded = {};
+    if (const auto* program = std::get_if<MadeProgram>(&loaded)) destroy(*program, device);
+    if (const auto* texture = std::get_if<MadeTexture>(&loaded)) destroy(*texture, device);
+    if (const auto* sample = std::get_if<MadeSample>(&loaded)) destroy(*sample, audio);
+    if (const auto* stream = std::get_if<MadeStream>(&loaded)) destroy(*stream, audio);
 }
 
 void CacheImplementation::releaseShaders(RenderDevice* device)
 {
-    const ShaderMap released = std::exchange(shaders, ShaderMap(shaderBuckets));
+    ShaderMap released;
+    released.swap(shaders);
     for (const auto& [key, cached] : released)
         if (cached.shader != nullptr) (device != nullptr ? device : cached.device)->destroyShader(cached.shader);
 }

@@ -81,6 +81,7 @@ private:
     Sample* loadSample(AudioDevice* audio, const std::string& name);
     Stream* loadStream(AudioDevice* audio, const std::string& name);
     Shader* getShader(RenderDevice* device, ShaderType type, const std::string& name);
+    void releaseRecord(std::size_t index, RenderDevice* device, AudioDevice* audio);
     void releaseShaders(RenderDevice* device);
 
     // Through the device that is given or, for null, through the one that made it.
