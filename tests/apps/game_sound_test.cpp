@@ -112,7 +112,7 @@ protected:
     {
         const std::string game = "\"" XUM_GAME_PROGRAM "\" --data data --frames 200 --size 16x16 ";
         const ProgramRun run =
-            runProgram("/usr/bin/env", "SDL_AUDIODRIVER=disk SDL_DISKAUDIODELAY=4 SDL_DISKAUDIOFILE=\"" + fileName +
+            runProgram("/usr/bin/env", "SDL_AUDIODRIVER=disk SDL_DISKAUDIODELAY=2 SDL_DISKAUDIOFILE=\"" + fileName +
                                            "\" " + game + arguments);
         EXPECT_EQ(run.status, 0) << run.errors;
         const Sound sound = readSound(fileName);
