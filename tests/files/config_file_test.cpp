@@ -122,7 +122,7 @@ std::string randomName(std::mt19937& random, const std::string& characters)
 std::string randomSectionName(std::mt19937& random)
 {
     for (;;) {
-        const std::string name = randomName(random, "ab </=\t\r\n\xC3\xA4{}");
+        std::string name = randomName(random, "ab </=\t\r\n\xC3\xA4{}");
         if (name.empty() || (name.front() != '/' && name.back() != '/')) return name;
     }
 }
@@ -130,7 +130,7 @@ std::string randomSectionName(std::mt19937& random)
 std::string randomEntryName(std::mt19937& random)
 {
     for (;;) {
-        const std::string name = randomName(random, "abc</=\t\r\n\xFF;");
+        std::string name = randomName(random, "abc</=\t\r\n\xFF;");
         if (name.empty() || name.front() != '/') return name;
     }
 }
@@ -203,7 +203,7 @@ TEST(ConfigFile, thatIsMissingIsFatal)
                      "ConfigFile::ConfigFile() -> could not open config file (missing.cfg)!");
     expectFatalError([] { ConfigFile(std::string("no/such/place.cfg")); },
                      "ConfigFile::ConfigFile() -> could not open config file (no/such/place.cfg)!");
-    expectFatalError([] { ConfigFile(std::string()); }, "ConfigFile::ConfigFile() -> could not open config file ()!");
+    expectFatalError([] { ConfigFile{std::string()}; }, "ConfigFile::ConfigFile() -> could not open config file ()!");
 }
 
 TEST(ConfigFile, thatIsADirectoryCannotBeOpened)
@@ -246,7 +246,7 @@ TEST(ConfigFile, thatIsEmptyIsOnlyLogged)
         const ConfigFile wide(std::wstring(L"empty.cfg"));
         const ConfigFile packed(&resources, "data/empty");
         const ConfigFile copy = packed;
-        std::exit(shownMessageBoxes().empty() && packed.write("written.cfg") ? 0 : 1);
+        std::exit(shownMessageBoxes().empty() && copy.write("written.cfg") ? 0 : 1);
     };
     EXPECT_EXIT(open(), ::testing::ExitedWithCode(0), "");
     EXPECT_EQ(fileContents(ownLogFile()), "WARNING: empty config file (empty.cfg)!\n"

@@ -320,6 +320,7 @@ TEST(ConfigReader, agreesWithTheRulesOnRandomTags)
 TEST(ConfigReader, agreesWithTheRulesOnRandomBytes)
 {
     std::vector<std::string> bytes;
+    bytes.reserve(1000);
     for (int i = 0; i < 256; ++i) bytes.emplace_back(1, static_cast<char>(i));
     for (int i = 0; i < 200; ++i) bytes.emplace_back(std::string("<>/ \"").substr(static_cast<unsigned>(i % 5), 1));
     for (int i = 0; i < 300; ++i) bytes.emplace_back(i % 2 != 0 ? "<a>" : "</>");

@@ -395,6 +395,7 @@ TEST(ConfigSection, findsEachOfManySections)
 {
     ConfigSection root("r");
     std::vector<ConfigSection*> added;
+    added.reserve(many);
     for (int i = 0; i < many; ++i) added.push_back(addChild(root, std::to_string(i)));
     for (int i = 0; i < many; ++i) {
         const std::list<ConfigSection*> found = root.getSections(std::to_string(i));

@@ -412,7 +412,7 @@ TEST(OutputFile, emptiesAnExistingFile)
     }
     EXPECT_EQ(fs::file_size("old"), 0u);
     writeFileContents("old", "something");
-    OutputFile(std::wstring(L"old"));
+    const OutputFile wide(std::wstring(L"old"));
     EXPECT_EQ(fs::file_size("old"), 0u);
 }
 
