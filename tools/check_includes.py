@@ -57,7 +57,9 @@ LAYERS = {
         geometry/mesh
         geometry/mesh_*
         geometry/polygon
-        geometry/*_mesh
+        geometry/serialized_values
+        geometry/sphere_mesh
+        geometry/static_vertex_buffer
         geometry/terrain*
         render/debug_shapes
         render/font*
@@ -111,6 +113,7 @@ LAYERS = {
         devices/key_codes
         files/serializer
         files/strings
+        geometry/angles
         geometry/base_list
         geometry/box
         geometry/fixed

@@ -2,6 +2,7 @@
 
 #include <xum/files/file_opening.h>
 
+#include <algorithm>
 #include <bit>
 
 // Values are copied as they lie in memory.
@@ -29,14 +30,21 @@ void FileSerializer::write(const char* data, int size)
     if (size > 0) stream.write(data, size);
 }
 
+void FileSerializer::flush()
+{
+    stream.flush();
+}
+
 FileDeserializer::FileDeserializer(const std::string& fileName)
 {
     openFile(stream, fileName, std::ios::in | std::ios::binary);
+    measure();
 }
 
 FileDeserializer::FileDeserializer(const std::wstring& fileName)
 {
     openFile(stream, fileName, std::ios::in | std::ios::binary);
+    measure();
 }
 
 bool FileDeserializer::failed()
@@ -46,5 +54,17 @@ bool FileDeserializer::failed()
 
 void FileDeserializer::read(char* data, int size)
 {
-    if (size > 0) stream.read(data, size);
+    if (size <= 0) return;
+    stream.read(data, size);
+    if (remaining != unknownRemaining) remaining -= std::min(remaining, static_cast<std::uint64_t>(size));
+}
+
+void FileDeserializer::measure()
+{
+    if (!stream.is_open()) return;
+    stream.seekg(0, std::ios::end);
+    const std::streamoff end = stream.tellg();
+    stream.seekg(0);
+    remaining = end < 0 ? unknownRemaining : static_cast<std::uint64_t>(end);
+    stream.clear(); // of the failure to seek in a pipe
 }

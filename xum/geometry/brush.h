@@ -1,0 +1,16 @@
+#pragma once
+
+#include <xum/geometry/plane.h>
+
+#include <cstdint>
+#include <vector>
+
+/// A convex solid: what lies behind all its planes.
+struct Brush {
+    std::vector<Plane<float>> planes;
+    unsigned char kind; ///< means what the maker of the map says
+    /// The host's; copied with the brush, but not written to files.
+    std::uint32_t words[2] = {0, 0};
+
+    Brush(const std::vector<Plane<float>>& planes, unsigned char kind) : planes(planes), kind(kind) {}
+};

@@ -1,0 +1,40 @@
+#include <xum/geometry/frustum.h>
+
+#include <xum/geometry/angles.h>
+
+namespace {
+
+constexpr float shortestCross = 0.00001f;
+
+/// The plane through the eye and two directions.
+Plane<float> makeSide(const Vector3<float>& eye, const Vector3<float>& first, const Vector3<float>& second)
+{
+    const Vector3<float> across = cross(first, second);
+    const float size = length(across);
+    const Vector3<float> normal = size < shortestCross ? Vector3<float>() : across / size;
+    return {normal, dot(normal, eye)};
+}
+
+} // namespace
+
+Frustum::Frustum()
+{
+    planes.reserve(5);
+}
+
+void Frustum::setFromViewVectors(const Vector3<float>& eye, const Vector3<float>& a, const Vector3<float>& f,
+                                 const Vector3<float>& c, float angleA, float angleC, float divisorC)
+{
+    const Vector3<float> across = a * tangentOfHalf(angleA);
+    const Vector3<float> upwards = c * (tangentOfHalf(angleC) / divisorC);
+    const Vector3<float> lowerLeft = f - across - upwards;
+    const Vector3<float> upperLeft = f - across + upwards;
+    const Vector3<float> upperRight = f + across + upwards;
+    const Vector3<float> lowerRight = f + across - upwards;
+    planes.clear();
+    planes.emplace_back(f, dot(eye + f, f));
+    planes.push_back(makeSide(eye, lowerLeft, upperLeft));
+    planes.push_back(makeSide(eye, upperRight, lowerRight));
+    planes.push_back(makeSide(eye, lowerRight, lowerLeft));
+    planes.push_back(makeSide(eye, upperLeft, upperRight));
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <xum/geometry/vector.h>
+
+#include <cstdint>
+#include <vector>
+
+/// A corner of a textured polygon.
+struct Vertex {
+    Vector3<float> position;
+    Vector2<float> textureCoordinate;
+
+    constexpr Vertex() = default;
+    constexpr Vertex(const Vector3<float>& position, const Vector2<float>& textureCoordinate)
+        : position(position), textureCoordinate(textureCoordinate)
+    {}
+};
+
+static_assert(sizeof(Vertex) == 20 && std::is_standard_layout_v<Vertex>);
+
+/// A convex textured polygon.
+struct Polygon {
+    std::vector<Vertex> vertices; ///< the loop, in order
+    std::int32_t tag = -1;        ///< the host's; copied with the polygon, but not written to files
+
+    explicit Polygon(const std::vector<Vertex>& vertices) : vertices(vertices) {}
+};

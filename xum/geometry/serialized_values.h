@@ -1,0 +1,75 @@
+#pragma once
+
+#include <xum/files/serializer.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <type_traits>
+#include <vector>
+
+/// Values in the encoding of Serializer: as they lie in memory.
+
+template <class Value>
+void writeValue(Serializer& out, const Value& value)
+{
+    static_assert(std::is_trivially_copyable_v<Value> && !std::is_same_v<Value, bool>);
+    out.write(reinterpret_cast<const char*>(&value), static_cast<int>(sizeof value));
+}
+
+/// A zero where the data end.
+template <class Value>
+Value readValue(Deserializer& in)
+{
+    static_assert(std::is_trivially_copyable_v<Value> && !std::is_same_v<Value, bool>);
+    Value value{};
+    in.read(reinterpret_cast<char*>(&value), static_cast<int>(sizeof value));
+    return value;
+}
+
+/// Of any number, also of more bytes than one call can move. Of none, nothing is called: the pointer may be null then.
+template <class Value>
+void writeValues(Serializer& out, const Value* values, std::size_t count)
+{
+    if (count == 0) return;
+    constexpr std::size_t most = static_cast<std::size_t>(INT_MAX) / sizeof(Value);
+    for (; count > most; values += most, count -= most)
+        out.write(reinterpret_cast<const char*>(values), static_cast<int>(most * sizeof(Value)));
+    out.write(reinterpret_cast<const char*>(values), static_cast<int>(count * sizeof(Value)));
+}
+
+/// What the data lack stays as it was. Of none, nothing is called.
+template <class Value>
+void readValues(Deserializer& in, Value* values, std::size_t count)
+{
+    if (count == 0) return;
+    constexpr std::size_t most = static_cast<std::size_t>(INT_MAX) / sizeof(Value);
+    for (; count > most; values += most, count -= most)
+        in.read(reinterpret_cast<char*>(values), static_cast<int>(most * sizeof(Value)));
+    in.read(reinterpret_cast<char*>(values), static_cast<int>(count * sizeof(Value)));
+}
+
+/// For data whose end is not known: the vector grows with what arrives. False where the data end first, which values
+/// with all bits set look like.
+template <class Value>
+bool readArrivingValues(Deserializer& in, std::vector<Value>& values, std::size_t count)
+{
+    constexpr std::size_t valuesPerStep = 1U << 12;
+    constexpr unsigned char unreadByte = 0xFF;
+    static_assert(std::is_trivially_copyable_v<Value>);
+    for (std::size_t done = 0; done < count;) {
+        const std::size_t step = std::min(count - done, valuesPerStep);
+        values.resize(done + step);
+        unsigned char last[sizeof(Value)];
+        std::memset(last, unreadByte, sizeof last);
+        std::memcpy(static_cast<void*>(&values.back()), last, sizeof last);
+        readValues(in, values.data() + done, step);
+        std::memcpy(last, &values.back(), sizeof last);
+        if (std::all_of(std::begin(last), std::end(last), [](unsigned char byte) { return byte == unreadByte; }))
+            return false;
+        done += step;
+    }
+    return true;
+}
