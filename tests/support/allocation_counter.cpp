@@ -11,6 +11,7 @@ constexpr int unlimited = std::numeric_limits<int>::max();
 
 // Other libraries may allocate on threads of their own.
 std::atomic<std::size_t> count = 0;
+std::atomic<std::size_t> largest = 0;
 std::atomic<int> successesLeft = unlimited;
 
 bool mayAllocate()
@@ -22,6 +23,8 @@ bool mayAllocate()
 void* allocate(std::size_t size) noexcept
 {
     ++count;
+    for (std::size_t before = largest; before < size && !largest.compare_exchange_weak(before, size);) {
+    }
     return mayAllocate() ? std::malloc(size != 0 ? size : 1) : nullptr;
 }
 
@@ -37,6 +40,11 @@ void* allocateOrThrow(std::size_t size)
 std::size_t allocationCount()
 {
     return count;
+}
+
+std::size_t takeLargestAllocation()
+{
+    return largest.exchange(0);
 }
 
 FailingAllocations::FailingAllocations(int successes)

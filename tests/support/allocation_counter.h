@@ -6,6 +6,9 @@
 /// replaces the global operator new. What C libraries take from malloc is not counted.
 std::size_t allocationCount();
 
+/// The most bytes that were asked for at once, refused or not, since this was called last.
+std::size_t takeLargestAllocation();
+
 /// While it lives, operator new fails once it has succeeded a number of times. One at a time.
 class FailingAllocations {
 public:
