@@ -58,6 +58,7 @@ LAYERS = {
         geometry/mesh_*
         geometry/polygon
         geometry/serialized_values
+        geometry/short_vectors
         geometry/sphere_mesh
         geometry/static_vertex_buffer
         geometry/terrain*

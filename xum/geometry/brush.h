@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-/// A convex solid: what lies behind all its planes.
+/// A convex solid, by the planes that bound it; in maps of `xum map compile` it lies behind them all.
 struct Brush {
     std::vector<Plane<float>> planes;
     unsigned char kind; ///< means what the maker of the map says

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-struct BSPPool;
+class BSPPool;
 
 /// A tree that parts space by planes; the leaves hold the brushes and polygons of their region. The engine does not
 /// build such trees: compiled maps bring them. Trees may be of any depth.

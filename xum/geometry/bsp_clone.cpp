@@ -11,6 +11,7 @@ std::unique_ptr<BSPNode> BSPCloner::cloneTree(const BSPNode* root)
         delete copy;
         throw;
     }
+    giveAway();
     return std::unique_ptr<BSPNode>(copy);
 }
 
@@ -19,10 +20,18 @@ std::unique_ptr<BSPNodeContentNode> BSPCloner::cloneNode(const BSPNodeContentNod
     auto copy = std::make_unique<BSPNodeContentNode>(node.plane, nullptr, nullptr);
     cloneInto(copy->front, node.front);
     cloneInto(copy->back, node.back);
+    giveAway();
     return copy;
 }
 
 std::unique_ptr<BSPNodeContentLeaf> BSPCloner::cloneLeaf(const BSPNodeContentLeaf& leaf)
+{
+    auto copy = copyLeaf(leaf);
+    giveAway();
+    return copy;
+}
+
+std::unique_ptr<BSPNodeContentLeaf> BSPCloner::copyLeaf(const BSPNodeContentLeaf& leaf)
 {
     auto copy = std::make_unique<BSPNodeContentLeaf>(leaf.kind, leaf.brushes, leaf.polygons);
     for (Brush*& brush : copy->brushes) brush = cloneBrush(brush);
@@ -52,7 +61,7 @@ std::unique_ptr<BSPNode> BSPCloner::cloneWithoutChildren(const BSPNode& node)
     if (const BSPNodeContentNode* inner = node.getNode()) {
         copy = std::make_unique<BSPNode>(inner->plane, nullptr, nullptr);
     } else {
-        const std::unique_ptr<BSPNodeContentLeaf> leaf = cloneLeaf(*node.getLeaf());
+        const std::unique_ptr<BSPNodeContentLeaf> leaf = copyLeaf(*node.getLeaf());
         copy = std::make_unique<BSPNode>(leaf->kind, std::move(leaf->brushes), std::move(leaf->polygons));
     }
     copy->word = node.word;
@@ -62,11 +71,19 @@ std::unique_ptr<BSPNode> BSPCloner::cloneWithoutChildren(const BSPNode& node)
 Brush* BSPCloner::cloneBrush(const Brush* brush)
 {
     if (brush == nullptr) return nullptr;
-    return pool != nullptr ? &pool->brushes.emplace_back(*brush) : new Brush(*brush);
+    if (pool != nullptr) return &pool->add(*brush);
+    return brushes.emplace_back(std::make_unique<Brush>(*brush)).get();
 }
 
 Polygon* BSPCloner::clonePolygon(const Polygon* polygon)
 {
     if (polygon == nullptr) return nullptr;
-    return pool != nullptr ? &pool->polygons.emplace_back(*polygon) : new Polygon(*polygon);
+    if (pool != nullptr) return &pool->add(*polygon);
+    return polygons.emplace_back(std::make_unique<Polygon>(*polygon)).get();
+}
+
+void BSPCloner::giveAway()
+{
+    for (std::unique_ptr<Brush>& brush : brushes) static_cast<void>(brush.release());
+    for (std::unique_ptr<Polygon>& polygon : polygons) static_cast<void>(polygon.release());
 }

@@ -19,9 +19,14 @@ public:
 
 private:
     void cloneInto(BSPNode*& root, const BSPNode* source);
+    std::unique_ptr<BSPNodeContentLeaf> copyLeaf(const BSPNodeContentLeaf& leaf);
     std::unique_ptr<BSPNode> cloneWithoutChildren(const BSPNode& node);
     Brush* cloneBrush(const Brush* brush);
     Polygon* clonePolygon(const Polygon* polygon);
+    void giveAway();
 
     BSPPool* pool;
+    // Without a pool: the copies, until all is copied and they are the caller's.
+    std::vector<std::unique_ptr<Brush>> brushes;
+    std::vector<std::unique_ptr<Polygon>> polygons;
 };

@@ -33,7 +33,9 @@ public:
     bool serialize(Serializer& out) const;
 
     /// A new mesh in no list, owned by the caller; its brushes and polygons belong to its tree. Null when the
-    /// deserializer has failed, when the data cannot be a mesh, and when memory runs out.
+    /// deserializer has failed, when the data cannot be a mesh, and when memory runs out. Where a file ends inside the
+    /// tree, or is not there at all, the missing nodes are empty leaves: its end is no failure, see Deserializer. A
+    /// host's own deserializer must be compiled with run-time type information.
     static BSPMesh* deserialize(Deserializer& in);
 
 private:

@@ -45,7 +45,7 @@ public:
 /// The content of a leaf. Owns nothing that it points to.
 class XUM_API BSPNodeContentLeaf final : public BSPNodeContent {
 public:
-    BSPNodeContentLeaf(bool kind, std::vector<Brush*> brushes, std::vector<Polygon*> polygons)
+    BSPNodeContentLeaf(bool kind, std::vector<Brush*> brushes, std::vector<struct Polygon*> polygons)
         : kind(kind), brushes(std::move(brushes)), polygons(std::move(polygons))
     {}
 
@@ -53,7 +53,7 @@ public:
 
     bool kind; ///< means what the maker of the map says
     std::vector<Brush*> brushes;
-    std::vector<Polygon*> polygons;
+    std::vector<struct Polygon*> polygons;
 };
 
 /// A node of a BSP tree. Owns its content, and with it all nodes below.
@@ -63,7 +63,7 @@ public:
     BSPNode(const Plane<float>& plane, BSPNode* front, BSPNode* back);
 
     /// A leaf. `kind` is only stored; the brushes and polygons stay the caller's, and may be in several leaves.
-    BSPNode(bool kind, std::vector<Brush*> brushes, std::vector<Polygon*> polygons);
+    BSPNode(bool kind, std::vector<Brush*> brushes, std::vector<struct Polygon*> polygons);
 
     ~BSPNode();
 

@@ -13,6 +13,7 @@ constexpr std::uint64_t polygonSize = 4;
 
 // Where the end of the data is not known, more of anything is not believed.
 constexpr std::uint32_t largestBlindCount = 1U << 24;
+
 } // namespace
 
 BSPReader::BSPReader(Deserializer& in)
@@ -40,7 +41,7 @@ bool BSPReader::readBrushes()
     std::unordered_map<std::uint32_t, Brush*> byNumber;
     for (std::uint32_t i = 0; i < count; ++i) {
         const auto number = readValue<std::uint32_t>(in);
-        Brush& brush = pool->brushes.emplace_back(std::vector<Plane<float>>(), static_cast<unsigned char>(0));
+        Brush& brush = pool->add(Brush({}, 0));
         // With a number twice, another one would have no brush.
         if (number >= count || !byNumber.emplace(number, &brush).second) return false;
         std::uint32_t planeCount = 0;
@@ -108,7 +109,7 @@ bool BSPReader::readPolygons(std::vector<Polygon*>& polygons)
     for (std::uint32_t i = 0; i < count; ++i) {
         std::uint32_t vertexCount = 0;
         if (!readCount(vertexCount, sizeof(Vertex))) return false;
-        Polygon& polygon = pool->polygons.emplace_back(std::vector<Vertex>());
+        Polygon& polygon = pool->add(Polygon({}));
         if (!readVector(polygon.vertices, vertexCount)) return false;
         polygons.push_back(&polygon);
     }

@@ -19,7 +19,7 @@ public:
     std::unique_ptr<BSP> read(Vector3<float>& outOrigin);
 
 private:
-    /// Of the data; else everything is read with an eye on whether anything came.
+    /// Whether it is known how many bytes are left.
     bool knowsEnd() const;
 
     bool readBrushes();

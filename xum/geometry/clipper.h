@@ -25,7 +25,7 @@ public:
     /// The loop of what is left of the polygon, texture coordinates included (Sutherland-Hodgman); empty when it is all
     /// outside, and for null.
     /// Kept on purpose: as soon as fewer than 3 vertices are left the other planes are not looked at.
-    std::vector<Vertex> clipPolygon(const Polygon* polygon) const;
+    std::vector<Vertex> clipPolygon(const struct Polygon* polygon) const;
 
 private:
     std::vector<Plane<float>> planes;

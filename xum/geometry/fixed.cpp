@@ -1,8 +1,9 @@
 #include <xum/geometry/fixed.h>
 
 #include <ostream>
+#include <string>
 
 std::ostream& operator<<(std::ostream& stream, const Fixed& value)
 {
-    return stream << "Fixed(" << value.raw << ")" << std::endl;
+    return stream << "Fixed(" << std::to_string(value.raw) << ")" << std::endl;
 }

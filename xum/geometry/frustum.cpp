@@ -1,17 +1,14 @@
 #include <xum/geometry/frustum.h>
 
 #include <xum/geometry/angles.h>
+#include <xum/geometry/short_vectors.h>
 
 namespace {
-
-constexpr float shortestCross = 0.00001f;
 
 /// The plane through the eye and two directions.
 Plane<float> makeSide(const Vector3<float>& eye, const Vector3<float>& first, const Vector3<float>& second)
 {
-    const Vector3<float> across = cross(first, second);
-    const float size = length(across);
-    const Vector3<float> normal = size < shortestCross ? Vector3<float>() : across / size;
+    const Vector3<float> normal = directionOf(cross(first, second));
     return {normal, dot(normal, eye)};
 }
 

@@ -13,8 +13,8 @@ public:
 
     /// Replaces the planes by five: near, left, right, bottom, top. `a`, `f` and `c` are the directions to the right,
     /// forwards and upwards, the rows of Camera::calculateViewMatrix. angleA and angleC are the whole angles of view
-    /// along `a` and `c`, in degrees; tan(angleC / 2) is divided by divisorC: 1 for a true vertical angle, or width
-    /// through height where both angles are the horizontal one.
+    /// along `a` and `c`, in degrees; tan(angleC / 2) is divided by divisorC: 1 for a true vertical angle, or width /
+    /// height where both angles are the horizontal one.
     ///
     /// The near plane goes through eye + f. A side plane whose directions are degenerate gets a zero normal and
     /// distance 0; a Clipper keeps nothing of such a frustum.

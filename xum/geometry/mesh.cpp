@@ -1,17 +1,10 @@
 #include <xum/geometry/mesh.h>
 
+#include <xum/geometry/short_vectors.h>
+
 #include <utility>
 
 namespace {
-
-constexpr float shortestNormal = 0.00001f;
-
-/// Of length 1, or zero.
-Vector3<float> asNormal(const Vector3<float>& v)
-{
-    const float size = length(v);
-    return size < shortestNormal ? Vector3<float>() : v / size;
-}
 
 /// Whether all three indexes of a triangle name one of so many positions; negative ones never do.
 bool namePositions(const int* corners, std::size_t positionCount)
@@ -50,7 +43,7 @@ void Mesh::calculateFaceNormals()
             const Vector3<float>& a = positions[static_cast<std::size_t>(corners[0])];
             const Vector3<float>& b = positions[static_cast<std::size_t>(corners[1])];
             const Vector3<float>& c = positions[static_cast<std::size_t>(corners[2])];
-            normal = asNormal(cross(c - b, a - b));
+            normal = directionOf(cross(c - b, a - b));
         }
         corners += 3;
     }
@@ -69,7 +62,7 @@ void Mesh::calculateVertexNormals()
             for (int i = 0; i < 3; ++i) vertexNormals[static_cast<std::size_t>(corners[i])] += normal;
         corners += 3;
     }
-    for (Vector3<float>& normal : vertexNormals) normal = asNormal(normal);
+    for (Vector3<float>& normal : vertexNormals) normal = directionOf(normal);
 }
 
 bool Mesh::isTriangle(std::size_t triangle) const

@@ -18,7 +18,7 @@ struct Vertex {
 
 static_assert(sizeof(Vertex) == 20 && std::is_standard_layout_v<Vertex>);
 
-/// A convex textured polygon.
+/// A convex textured polygon. Behind <windows.h>, which has a function of that name, a host writes "struct Polygon".
 struct Polygon {
     std::vector<Vertex> vertices; ///< the loop, in order
     std::int32_t tag = -1;        ///< the host's; copied with the polygon, but not written to files

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
-#include <cstring>
-#include <iterator>
 #include <type_traits>
 #include <vector>
 
@@ -29,7 +27,7 @@ Value readValue(Deserializer& in)
     return value;
 }
 
-/// Of any number, also of more bytes than one call can move. Of none, nothing is called: the pointer may be null then.
+/// Of any number, also of more bytes than one call can move. Not a call is made for none.
 template <class Value>
 void writeValues(Serializer& out, const Value* values, std::size_t count)
 {
@@ -40,7 +38,7 @@ void writeValues(Serializer& out, const Value* values, std::size_t count)
     out.write(reinterpret_cast<const char*>(values), static_cast<int>(count * sizeof(Value)));
 }
 
-/// What the data lack stays as it was. Of none, nothing is called.
+/// What the data lack stays as it was. Not a call is made for none.
 template <class Value>
 void readValues(Deserializer& in, Value* values, std::size_t count)
 {
@@ -51,8 +49,8 @@ void readValues(Deserializer& in, Value* values, std::size_t count)
     in.read(reinterpret_cast<char*>(values), static_cast<int>(count * sizeof(Value)));
 }
 
-/// For data whose end is not known: the vector grows with what arrives. False where the data end first, which values
-/// with all bits set look like.
+/// For data whose end is not known: the vector grows with what arrives. False where the data end first: then the last
+/// byte keeps all its bits set, which no coordinate of a world and no number of an element has there.
 template <class Value>
 bool readArrivingValues(Deserializer& in, std::vector<Value>& values, std::size_t count)
 {
@@ -62,13 +60,10 @@ bool readArrivingValues(Deserializer& in, std::vector<Value>& values, std::size_
     for (std::size_t done = 0; done < count;) {
         const std::size_t step = std::min(count - done, valuesPerStep);
         values.resize(done + step);
-        unsigned char last[sizeof(Value)];
-        std::memset(last, unreadByte, sizeof last);
-        std::memcpy(static_cast<void*>(&values.back()), last, sizeof last);
+        unsigned char* const last = reinterpret_cast<unsigned char*>(&values.back()) + sizeof(Value) - 1;
+        *last = unreadByte;
         readValues(in, values.data() + done, step);
-        std::memcpy(last, &values.back(), sizeof last);
-        if (std::all_of(std::begin(last), std::end(last), [](unsigned char byte) { return byte == unreadByte; }))
-            return false;
+        if (*last == unreadByte) return false;
         done += step;
     }
     return true;

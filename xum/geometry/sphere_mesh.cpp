@@ -1,5 +1,6 @@
 #include <xum/engine/log.h>
 #include <xum/geometry/mesh.h>
+#include <xum/geometry/short_vectors.h>
 
 #include <algorithm>
 #include <array>
@@ -11,8 +12,7 @@
 
 namespace {
 
-constexpr int mostSubdivisions = 12; // the next one has more indexes than an int can count
-constexpr float shortestSum = 0.00001f;
+constexpr int mostSubdivisions = 12; // 400 million corners
 constexpr float tolerance = 0.001f;
 
 using Triangle = std::array<int, 3>;
@@ -33,8 +33,7 @@ int addMiddle(Surface& surface, int a, int b)
 {
     const Vector3<float> sum =
         surface.positions[static_cast<std::size_t>(a)] + surface.positions[static_cast<std::size_t>(b)];
-    const float size = length(sum);
-    surface.positions.push_back(size < shortestSum ? Vector3<float>() : sum / size);
+    surface.positions.push_back(directionOf(sum));
     return static_cast<int>(surface.positions.size() - 1);
 }
 

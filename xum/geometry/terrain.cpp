@@ -64,12 +64,26 @@ Terrain::~Terrain() = default;
 void Terrain::modify(const std::function<Vector3<float>(int x, int y, const Vector3<float>& position)>& function,
                      int smoothPasses)
 {
-    std::size_t i = 0;
-    if (!positions.empty())
-        for (int row = 0; row <= 2 * height; ++row)
-            for (int column = 0; column <= 2 * width; ++column, ++i) positions[i] = function(column, row, positions[i]);
-    smooth(smoothPasses);
+    // Taken before anything changes: what can fail fails here or in the function.
+    const bool isSmoothed = smoothPasses > 0 && !positions.empty();
+    std::vector<float> heights(isSmoothed ? positions.size() : 0);
+    std::vector<float> smoothed(heights.size());
+    try {
+        callForEach(function);
+    } catch (...) {
+        calculateBoundingBox();
+        throw;
+    }
+    if (isSmoothed) smooth(smoothPasses, heights, smoothed);
     calculateBoundingBox();
+}
+
+void Terrain::callForEach(const std::function<Vector3<float>(int x, int y, const Vector3<float>& position)>& function)
+{
+    if (positions.empty()) return;
+    std::size_t i = 0;
+    for (int row = 0; row <= 2 * height; ++row)
+        for (int column = 0; column <= 2 * width; ++column, ++i) positions[i] = function(column, row, positions[i]);
 }
 
 Terrain* Terrain::clone() const
@@ -103,11 +117,8 @@ void Terrain::getSurroundingOffsets(std::vector<int>& offsets, int x, int y) con
 }
 
 // Between passes only the heights exist, close together: a pass is bound by memory.
-void Terrain::smooth(int passes)
+void Terrain::smooth(int passes, std::vector<float>& heights, std::vector<float>& smoothed)
 {
-    if (passes <= 0 || positions.empty()) return;
-    std::vector<float> heights(positions.size());
-    std::vector<float> smoothed(positions.size());
     for (std::size_t i = 0; i < positions.size(); ++i) heights[i] = positions[i].z;
     for (int pass = 0; pass < passes; ++pass) {
         smoothOnce(heights, smoothed);

@@ -21,8 +21,9 @@ public:
     /// out, and for more vertices than an int can count.
     Terrain(int width, int height, int spacing);
 
-    /// Kept on purpose: the copy carries the list links of its source without being in the list; to destroy it takes
-    /// the source's place out of the list.
+    /// Kept on purpose: the copy carries the list links of its source without being in the list. To destroy it, to
+    /// unlink it or to append it elsewhere takes the source's place out of the list, and to append it to the same list
+    /// does nothing: who wants both in a list unlinks the source, copies it, and appends both.
     Terrain(const Terrain& other);
     Terrain& operator=(const Terrain&) = delete;
 
@@ -35,7 +36,7 @@ public:
     /// Row by row: column x of row y is number y * (2 * width + 1) + x.
     const std::vector<Vector3<float>>& getPositions() const { return positions; }
 
-    /// One for each position: (0, 0) at the first, (1, 1) at the last.
+    /// One for each position: (0, 0) at the first, (1, 1) at the last. Not a number where width or height is 0.
     const std::vector<Vector2<float>>& getTextureCoordinates() const { return textureCoordinates; }
 
     /// Six a cell.
@@ -43,7 +44,9 @@ public:
 
     /// Replaces each position, row by row, by what the function makes of its column, its row and the position. Then
     /// each height becomes, so many times, the mean of itself and those of its two to four neighbours along the grid
-    /// (all from before that pass). An empty function throws std::bad_function_call.
+    /// (all from before that pass). An empty function throws
+    /// std::bad_function_call. What the function throws passes through: the positions before that one keep their new
+    /// places, and nothing is smoothed.
     void modify(const std::function<Vector3<float>(int x, int y, const Vector3<float>& position)>& function,
                 int smoothPasses);
 
@@ -65,7 +68,8 @@ public:
 private:
     int calculateOffset(int x, int y) const;
     void getSurroundingOffsets(std::vector<int>& offsets, int x, int y) const;
-    void smooth(int passes);
+    void callForEach(const std::function<Vector3<float>(int x, int y, const Vector3<float>& position)>& function);
+    void smooth(int passes, std::vector<float>& heights, std::vector<float>& smoothed);
     void smoothOnce(const std::vector<float>& before, std::vector<float>& after) const;
     void calculateBoundingBox();
 

@@ -138,7 +138,8 @@ T length(const Vector4<T>& v)
     return std::sqrt(dot(v, v));
 }
 
-/// The vector of length 1 in the same direction; the zero vector stays zero.
+/// The vector of length 1 in the same direction; the zero vector stays zero. The squares of the components must
+/// neither overflow nor vanish: for floats, lengths from 1e-18 to 1e18.
 template <class T>
 Vector2<T> normalize(const Vector2<T>& v)
 {
