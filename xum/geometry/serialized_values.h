@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 #include <vector>
 
@@ -49,21 +50,21 @@ void readValues(Deserializer& in, Value* values, std::size_t count)
     in.read(reinterpret_cast<char*>(values), static_cast<int>(count * sizeof(Value)));
 }
 
-/// For data whose end is not known: the vector grows with what arrives. False where the data end first: then the last
-/// byte keeps all its bits set, which no coordinate of a world and no number of an element has there.
+/// For data whose end is not known: the vector grows with what arrives. False where the data end first, as far as it
+/// can be told: then the last number keeps all its bits set, which no number of a world has.
 template <class Value>
 bool readArrivingValues(Deserializer& in, std::vector<Value>& values, std::size_t count)
 {
     constexpr std::size_t valuesPerStep = 1U << 12;
-    constexpr unsigned char unreadByte = 0xFF;
-    static_assert(std::is_trivially_copyable_v<Value>);
+    constexpr std::uint32_t unread = 0xFFFFFFFF;
+    static_assert(std::is_trivially_copyable_v<Value> && sizeof(Value) >= sizeof unread);
     for (std::size_t done = 0; done < count;) {
         const std::size_t step = std::min(count - done, valuesPerStep);
         values.resize(done + step);
-        unsigned char* const last = reinterpret_cast<unsigned char*>(&values.back()) + sizeof(Value) - 1;
-        *last = unreadByte;
+        auto* const last = reinterpret_cast<unsigned char*>(&values.back()) + sizeof(Value) - sizeof unread;
+        std::memcpy(last, &unread, sizeof unread);
         readValues(in, values.data() + done, step);
-        if (*last == unreadByte) return false;
+        if (std::memcmp(last, &unread, sizeof unread) == 0) return false;
         done += step;
     }
     return true;
