@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -48,4 +49,19 @@ inline std::vector<std::string> quotedIn(const std::string& row)
         at = end;
     }
     return quoted;
+}
+
+/// From lines of an offset and bytes, all in hexadecimal.
+inline std::string bytesOf(const std::string& dump)
+{
+    std::string bytes;
+    std::istringstream lines(dump);
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream numbers(line);
+        std::size_t offset = 0;
+        numbers >> std::hex >> offset;
+        bytes.resize(offset, '\0');
+        for (unsigned byte = 0; numbers >> byte;) bytes += static_cast<char>(byte);
+    }
+    return bytes;
 }

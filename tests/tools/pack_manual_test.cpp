@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 
 // The archive part of docs/file_formats.md against the library and xum.
 
@@ -17,21 +16,6 @@ class PackManual : public ::testing::Test {
 protected:
     void SetUp() override { enterOwnDirectory(); }
 };
-
-/// From lines of an offset and bytes, all in hexadecimal.
-std::string bytesOf(const std::string& dump)
-{
-    std::string bytes;
-    std::istringstream lines(dump);
-    for (std::string line; std::getline(lines, line);) {
-        std::istringstream numbers(line);
-        std::size_t offset = 0;
-        numbers >> std::hex >> offset;
-        bytes.resize(offset, '\0');
-        for (unsigned byte = 0; numbers >> byte;) bytes += static_cast<char>(byte);
-    }
-    return bytes;
-}
 
 } // namespace
 

@@ -15,4 +15,6 @@ enum ExitStatus : int {
 
 void addConfigCommand(CLI::App& app);
 void addLispCommand(CLI::App& app);
+void addMapCommand(CLI::App& app);
+void addMeshCommand(CLI::App& app);
 void addPackCommand(CLI::App& app);

@@ -41,6 +41,8 @@ int main(int argc, char** argv)
 
         addConfigCommand(app);
         addLispCommand(app);
+        addMapCommand(app);
+        addMeshCommand(app);
         addPackCommand(app);
 
         const int status = run(app, argc, argv);

@@ -1,31 +1,31 @@
 #pragma once
 
-#include <chrono>
+#include "progress_line.h"
+
 #include <cstdint>
 #include <string>
+#include <utility>
 
-/// One line on a terminal that says how far work has come; none for short work, and none where nobody watches.
+/// A progress line for work on so many bytes.
 class PackProgress {
 public:
-    /// "WORK: 45 %" of so many bytes.
-    PackProgress(std::string work, std::uint64_t total);
-    PackProgress(std::string work, std::uint64_t total, bool isWatched, std::chrono::milliseconds delay);
+    PackProgress(std::string work, std::uint64_t total) : work(std::move(work)), total(total) {}
+    PackProgress(std::string work, std::uint64_t total, bool isWatched, std::chrono::milliseconds delay)
+        : line(isWatched, delay), work(std::move(work)), total(total)
+    {}
 
-    /// Takes the line away.
-    ~PackProgress();
-    PackProgress(const PackProgress&) = delete;
-    PackProgress& operator=(const PackProgress&) = delete;
-
-    void add(std::uint64_t bytes);
+    void add(std::uint64_t bytes)
+    {
+        done += bytes;
+        line.show(work, total == 0 ? 1.0 : static_cast<double>(done) / static_cast<double>(total));
+    }
 
     /// Takes the line away for a message; the next bytes bring it back.
-    void clear();
+    void clear() { line.clear(); }
 
 private:
+    ProgressLine line;
     std::string work;
     std::uint64_t total;
     std::uint64_t done = 0;
-    bool isWatched;
-    std::chrono::steady_clock::time_point next; // when it is shown or renewed
-    std::size_t shownLength = 0;
 };
