@@ -72,7 +72,7 @@ Texture* loadTexture(RenderDevice& device, GameData& data, const std::string& na
 
 Assets::Assets(RenderDevice& device, GameData& data)
     : solidProgram(loadProgram(device, data, "solid.cfg")), skyProgram(loadProgram(device, data, "sky.cfg")),
-      flatProgram(loadProgram(device, data, "flat.cfg"))
+      flatProgram(loadProgram(device, data, "flat.cfg")), pictureProgram(loadProgram(device, data, "picture.cfg"))
 {
     for (std::size_t i = 0; i < textureCount; ++i) textures[i] = loadTexture(device, data, textureFileNames[i]);
 }

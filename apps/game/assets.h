@@ -17,11 +17,13 @@ public:
     Program* getSolidProgram() const { return solidProgram; }
     Program* getSkyProgram() const { return skyProgram; }
     Program* getFlatProgram() const { return flatProgram; }
+    Program* getPictureProgram() const { return pictureProgram; }
     Texture* getTexture(TextureName name) const { return textures[static_cast<std::size_t>(name)]; }
 
 private:
     Program* solidProgram;
     Program* skyProgram;
     Program* flatProgram;
+    Program* pictureProgram;
     std::array<Texture*, textureCount> textures = {};
 };

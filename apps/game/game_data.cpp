@@ -8,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <system_error>
 
 namespace {
@@ -33,10 +34,24 @@ void requireArchive(const std::string& fileName)
     if (start != magic) throw Failure(ExitStatus::BrokenData, fileName + " is no archive");
 }
 
+/// Ends with '/'.
+std::string makeTemporaryDirectory()
+{
+    std::error_code failure;
+    const std::filesystem::path parent = std::filesystem::temp_directory_path(failure);
+    std::random_device chance;
+    for (int attempt = 0; attempt < 100 && !failure; ++attempt) {
+        const std::filesystem::path directory = parent / ("xum-game-" + std::to_string(chance()));
+        if (std::filesystem::create_directory(directory, failure)) return directory.generic_string() + "/";
+    }
+    throw Failure(ExitStatus::BrokenData, "cannot make a temporary directory");
+}
+
 } // namespace
 
 GameData::GameData(Engine& engine, const DataSource& source)
-    : archive(source.archive), resources(engine.createResourceManager(), {&engine}), cache(nullptr, {&engine})
+    : archive(source.archive), localRoot(source.directory), resources(engine.createResourceManager(), {&engine}),
+      cache(nullptr, {&engine})
 {
     if (resources) cache.reset(engine.createCache(resources.get()));
     if (!cache) throw Failure(ExitStatus::BrokenData, "not enough memory for the data");
@@ -47,7 +62,14 @@ GameData::GameData(Engine& engine, const DataSource& source)
         requireArchive(archive);
         resources->addResourceFile(archive);
         cache->setDataRoot(""); // names in archives begin with the directory of their kind
+        localRoot = makeTemporaryDirectory();
     }
+}
+
+GameData::~GameData()
+{
+    std::error_code failure;
+    if (!archive.empty()) std::filesystem::remove_all(localRoot, failure);
 }
 
 std::string GameData::getFileName(const std::string& directory, const std::string& name) const
@@ -61,4 +83,18 @@ std::vector<unsigned char> GameData::read(const std::string& fileName)
     if (resources->load(data, fileName)) return data;
     throw Failure(ExitStatus::BrokenData,
                   "cannot read the file " + fileName + (archive.empty() ? "" : " from the archive " + archive));
+}
+
+std::string GameData::provideFile(const std::string& fileName)
+{
+    const std::vector<unsigned char> data = read(fileName);
+    if (archive.empty()) return fileName;
+    std::error_code failure;
+    const std::filesystem::path copy = localRoot + fileName;
+    std::filesystem::create_directories(copy.parent_path(), failure);
+    std::ofstream file(copy, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
+    file.close();
+    if (!file) throw Failure(ExitStatus::BrokenData, "cannot write the temporary file " + copy.generic_string());
+    return copy.generic_string();
 }

@@ -7,6 +7,7 @@
 #include "scene.h"
 #include "scene_renderer.h"
 #include "soundscape.h"
+#include "world.h"
 
 #include <cstdio>
 
@@ -17,8 +18,9 @@ void run(const Options& options)
     if (options.isUnattended()) setEnvironmentVariable("XUM_MESSAGE_BOXES", "0"); // nobody is there to close a box
     Application application("xum-game", options.size);
     GameData data(application.getEngine(), options.source);
-    const Scene scene = makeCourtyard();
     const Assets assets(application.getRenderDevice(), data);
+    Scene scene = makeCourtyard();
+    addWorld(scene, application.getEngine(), data);
     Soundscape sounds(application.getAudioDevice(), data, scene, options.volume.get());
     SceneRenderer renderer(application.getRenderDevice(), assets, scene);
     if (options.isUnattended())

@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cmath>
 #include <cstdio>
 
 namespace {
@@ -16,10 +17,13 @@ const char* const footer = R"(
 Keys:
   W A S D        fly forwards, left, backwards, right
   E Q            fly up, down
+  G              walk, or fly again; who walks goes through doors and up stairs, and jumps with E
   arrow keys     look around
   Shift          faster
   M              the mouse looks around, or is free again
   Tab            solids or edges only
+  C              leave out what is outside of the view or hidden, or draw all; the title tells how much
+  O              show the coarse depth picture by which hidden things are found, or do not
   P              write a picture, screenshot-001.bmp and so on, into the working directory
   N              no sound, or sound again
   Page Up, Down  louder, quieter
@@ -57,6 +61,22 @@ std::string checkPictureFile(const std::string& name)
     return isBmp ? "" : "'" + name + "' is not a file name that ends with .bmp";
 }
 
+bool readView(const std::string& text, Viewpoint& view)
+{
+    char rest = 0;
+    const int count = std::sscanf(text.c_str(), "%f,%f,%f,%f,%f%c", &view.position.x, &view.position.y,
+                                  &view.position.z, &view.yaw, &view.pitch, &rest);
+    const float sum = view.position.x + view.position.y + view.position.z + view.yaw + view.pitch;
+    return count == 5 && std::isfinite(sum) && std::fabs(view.pitch) <= 89.0f;
+}
+
+std::string checkView(const std::string& text)
+{
+    Viewpoint view;
+    if (readView(text, view)) return {};
+    return "'" + text + "' is not a place and two angles such as 0,-20,2,90,-10";
+}
+
 std::string checkName(const std::string& name)
 {
     return name.empty() ? "an empty name" : "";
@@ -75,6 +95,7 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     Options options;
     std::string size = "1024x768";
     std::string dataDirectory = defaultDataRoot();
+    std::string view;
     int volume = 100;
     bool startsMute = false;
 
@@ -101,10 +122,20 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
         ->type_name("FILE")
         ->check(checkName)
         ->excludes(data);
+    parser
+        .add_option("--view", view,
+                    "Start at X,Y,Z and look to the left of north and up by so many degrees; unattended, stay there")
+        ->type_name("X,Y,Z,YAW,PITCH")
+        ->check(checkView);
     parser.add_option("--volume", volume, "How loud everything is, in percent (100)")
         ->type_name("N")
         ->check(CLI::Range(0, 100));
     parser.add_flag("--mute", startsMute, "Start without sound");
+    bool drawsAll = false;
+    parser.add_flag("--no-culling", drawsAll, "Draw what cannot be seen, too; the picture is the same");
+    parser.add_flag("--occlusion", options.showsOcclusion,
+                    "Show the coarse depth picture by which hidden things are found in a corner");
+    parser.add_flag("--walk", options.startsWalking, "Start on foot");
     parser.add_flag("--wireframe", options.startsAsWireframe, "Start with edges only");
 
     try {
@@ -116,7 +147,9 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
         return std::nullopt;
     }
     std::sscanf(size.c_str(), "%5dx%5d", &options.size.x, &options.size.y);
+    if (!view.empty()) readView(view, options.view.emplace());
     options.source.directory = asDirectory(dataDirectory);
+    options.culls = !drawsAll;
     options.volume = Volume(volume, startsMute);
     return options;
 }

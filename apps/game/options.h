@@ -1,6 +1,7 @@
 #pragma once
 
 #include "game_data.h"
+#include "viewpoint.h"
 #include "volume.h"
 
 #include <xum/geometry/vector.h>
@@ -15,7 +16,11 @@ struct Options {
     DataSource source;
     Vector2<int> size = {1024, 768};
     bool startsAsWireframe = false;
+    bool culls = true;
+    bool startsWalking = false;
+    bool showsOcclusion = false;
     Volume volume;
+    std::optional<Viewpoint> view; ///< where the player starts, and all that an unattended run sees
 
     bool isUnattended() const { return frames > 0; }
 };

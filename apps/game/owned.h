@@ -24,4 +24,5 @@ using OwnedCache = Owned<Engine, Cache, &Engine::destroyCache>;
 using OwnedShader = Owned<RenderDevice, Shader, &RenderDevice::destroyShader>;
 using OwnedProgram = Owned<RenderDevice, Program, &RenderDevice::destroyProgram>;
 using OwnedTarget = Owned<RenderDevice, RenderTarget, &RenderDevice::destroyRenderTarget>;
+using OwnedTexture = Owned<RenderDevice, Texture, &RenderDevice::destroyTexture>;
 using OwnedBuffer = Owned<RenderDevice, VertexBuffer, &RenderDevice::destroyVertexBuffer>;

@@ -11,7 +11,7 @@
 #include <system_error>
 
 std::unique_ptr<Image> takePicture(RenderDevice& device, SceneRenderer& renderer, const Vector2<int>& size,
-                                   const Camera& camera, DrawStyle style)
+                                   const Viewpoint& camera, DrawStyle style)
 {
     const OwnedTarget target(
         device.createRenderTarget(size.x, size.y, {TextureFormat(), TextureFormat(TextureFormat::Depth, 1)}),

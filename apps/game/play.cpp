@@ -4,6 +4,7 @@
 #include "flight.h"
 #include "picture.h"
 #include "title.h"
+#include "walker.h"
 
 #include <xum/devices/input_device.h>
 #include <xum/engine/window.h>
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <thread>
 
 namespace {
@@ -38,11 +40,15 @@ class Session {
 public:
     Session(Application& application, SceneRenderer& renderer, Soundscape& sounds, const Options& options)
         : application(application), renderer(renderer), sounds(sounds), input(application.getInput()), flight(input),
-          camera(cameraOnFixedPath(0.0f)), isWireframe(options.startsAsWireframe), volume(options.volume),
-          escape(input.getKeyFromName("Escape")), fullscreenKey(input.getKeyFromName("F11")),
-          wireframeKey(input.getKeyFromName("Tab")), louderKey(input.getKeyFromName("PageUp")),
-          quieterKey(input.getKeyFromName("PageDown"))
-    {}
+          obstacles(renderer.getScene()), camera(options.view.value_or(cameraOnFixedPath(0.0f))),
+          isWireframe(options.startsAsWireframe), volume(options.volume), escape(input.getKeyFromName("Escape")),
+          fullscreenKey(input.getKeyFromName("F11")), wireframeKey(input.getKeyFromName("Tab")),
+          louderKey(input.getKeyFromName("PageUp")), quieterKey(input.getKeyFromName("PageDown"))
+    {
+        renderer.setCulling(options.culls);
+        renderer.setOcclusionView(options.showsOcclusion);
+        if (options.startsWalking) switchWalking();
+    }
 
     void run()
     {
@@ -53,7 +59,7 @@ public:
             const uint64 time = engine.getTime();
             handleSwitches();
             // A long pause, such as a window being dragged, must not throw the camera far away.
-            flight.move(camera, std::min(static_cast<float>(time - lastTime) / 1000.0f, 0.1f));
+            moveCamera(std::min(static_cast<float>(time - lastTime) / 1000.0f, 0.1f));
             lastTime = time;
             sounds.update(camera, time);
             drawFrame(time);
@@ -72,14 +78,36 @@ private:
         return true;
     }
 
+    void moveCamera(float seconds)
+    {
+        if (!walker) {
+            flight.move(camera, seconds);
+            return;
+        }
+        flight.look(camera, seconds);
+        walker->move(obstacles, flight.getWalkingVelocity(camera), flight.wantsToJump(), seconds);
+        camera.position = walker->getEye();
+    }
+
+    void switchWalking()
+    {
+        if (walker)
+            walker.reset();
+        else
+            walker.emplace(camera.position - Vector3<float>(0, 0, Walker::eyeHeight));
+    }
+
     void handleSwitches()
     {
+        if (walkingKey.isThrown(input)) switchWalking();
         if (wireframeKey.isThrown(input) | wireframeButton.isThrown(input)) isWireframe = !isWireframe;
         if (mouseKey.isThrown(input)) flight.setMouseCaught(!flight.isMouseCaught());
         if (fullscreenKey.isThrown(input)) {
             isFullscreen = !isFullscreen;
             application.getWindow().setFullscreen(isFullscreen);
         }
+        if (cullingKey.isThrown(input)) renderer.setCulling(!renderer.isCullingOn());
+        if (occlusionKey.isThrown(input)) renderer.setOcclusionView(!renderer.isOcclusionViewOn());
         if (pictureKey.isThrown(input)) savePicture();
         handleVolumeKeys();
     }
@@ -115,7 +143,7 @@ private:
         }
         renderer.draw(nullptr, window.getSize(), camera, getStyle());
         application.getRenderDevice().swap(&window);
-        if (title.countFrame(time)) window.setTitle(title.getTitle());
+        if (title.countFrame(time)) window.setTitle(title.getTitle(renderer.getVisibility()));
     }
 
     DrawStyle getStyle() const { return isWireframe ? DrawStyle::Edges : DrawStyle::Solids; }
@@ -125,7 +153,9 @@ private:
     Soundscape& sounds;
     InputDevice& input;
     PilotedFlight flight;
-    Camera camera;
+    Obstacles obstacles;
+    std::optional<Walker> walker; ///< none: the player flies
+    Viewpoint camera;
     FrameRateTitle title = FrameRateTitle("xum-game");
     bool isWireframe;
     Volume volume;
@@ -135,7 +165,10 @@ private:
     Switch fullscreenKey;
     Switch wireframeKey;
     Switch wireframeButton = Switch(KeyCode::JoystickButton3);
+    Switch walkingKey = Switch('g');
     Switch mouseKey = Switch('m');
+    Switch cullingKey = Switch('c');
+    Switch occlusionKey = Switch('o');
     Switch pictureKey = Switch('p');
     Switch muteKey = Switch('n');
     Switch louderKey;
@@ -152,13 +185,15 @@ void play(Application& application, SceneRenderer& renderer, Soundscape& sounds,
 void runUnattended(Application& application, SceneRenderer& renderer, Soundscape& sounds, const Options& options)
 {
     constexpr float frameTime = 1.0f / 60.0f;
+    renderer.setCulling(options.culls);
+    renderer.setOcclusionView(options.showsOcclusion);
     const DrawStyle style = options.startsAsWireframe ? DrawStyle::Edges : DrawStyle::Solids;
     Window& window = application.getWindow();
     RenderDevice& device = application.getRenderDevice();
-    Camera camera;
+    Viewpoint camera;
     for (int frame = 0; frame < options.frames; ++frame) {
         if (!application.getEngine().update()) throw Failure(ExitStatus::PictureNotWritten, "stopped before the end");
-        camera = cameraOnFixedPath(static_cast<float>(frame) * frameTime);
+        camera = options.view.value_or(cameraOnFixedPath(static_cast<float>(frame) * frameTime));
         sounds.update(camera, application.getEngine().getTime());
         renderer.draw(nullptr, window.getSize(), camera, style);
         device.swap(&window);

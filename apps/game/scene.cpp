@@ -1,5 +1,9 @@
 #include "scene.h"
 
+#include "shapes.h"
+
+#include <xum/geometry/mesh.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -9,7 +13,6 @@ const std::array<const char*, textureCount> textureFileNames = {"grass.jpg", "pa
 
 namespace {
 
-const Material grass = {TextureName::Grass, 0.22f};
 const Material paving = {TextureName::Paving, 0.28f, {1, 1, 1}, 0.06f, 30};
 const Material limestone = {TextureName::Limestone, 0.5f, {1, 1, 1}, 0.05f, 20};
 const Material brick = {TextureName::Brick, 0.5f};
@@ -31,13 +34,9 @@ using Things = std::vector<Thing>;
 
 void addGround(Things& things)
 {
-    things.push_back(place(SolidKind::Box, grass, {0, 0, -1}, {240, 240, 1}));
     things.push_back(place(SolidKind::Box, limestone, {0, 0, 0}, {24.8f, 24.8f, 0.15f}));
     things.push_back(place(SolidKind::Box, paving, {0, 0, 0}, {24, 24, floorHeight}));
     things.push_back(place(SolidKind::Box, paving, {0, -32, 0}, {4, 38, 0.04f}));
-    things.push_back(place(SolidKind::Sphere, grass, {-46, 84, -16}, {110, 70, 29}));
-    things.push_back(place(SolidKind::Sphere, grass, {52, 96, -20}, {130, 70, 36}));
-    things.push_back(place(SolidKind::Sphere, grass, {-108, 40, -16}, {90, 110, 27}));
 }
 
 /// Foot, shaft and head; the whole is `height` high.
@@ -71,8 +70,14 @@ void addFountain(Things& things)
     things.push_back(place(SolidKind::Cylinder, water, at(2.0f), {2.0f, 2.0f, 0.16f}));
     things.push_back(place(SolidKind::Ring, limestone, at(2.02f), {2.5f, 2.5f, 2.0f}));
     things.push_back(place(SolidKind::Cylinder, limestone, at(2.1f), {0.4f, 0.4f, 0.8f}));
-    things.push_back(place(SolidKind::Sphere, bronze, at(2.8f), {1.05f, 1.05f, 1.05f}));
     things.push_back(place(SolidKind::Ring, bronze, at(3.28f), {1.6f, 1.6f, 0.9f}));
+}
+
+/// On top of the fountain.
+void addBall(Scene& scene)
+{
+    std::unique_ptr<Mesh> ball(createSphereMesh(4, 0.525f));
+    addOwnShape(scene, makeShape(*ball), bronze, {0, 0, floorHeight + 3.325f}, 0.8f);
 }
 
 void addPavilion(Things& things)
@@ -97,20 +102,21 @@ void addWalls(Things& things)
         things.push_back(place(SolidKind::Box, brick, {x, y, 0}, {length, 0.5f, 2.2f}, turn));
         things.push_back(place(SolidKind::Box, limestone, {x, y, 2.2f}, {length + 0.3f, 0.75f, 0.16f}, turn));
     };
-    addWall(0, 14, 28, 0);
+    addWall(-8.4f, 14, 11.2f, 0);
+    addWall(8.4f, 14, 11.2f, 0);
     addWall(-14, 0, 28, 90);
     addWall(14, 0, 28, 90);
     addWall(-8.4f, -14, 11.2f, 0);
     addWall(8.4f, -14, 11.2f, 0);
 }
 
-/// The pillars beside the entrance, with a lamp on each.
-void addGate(Things& things)
+/// The pillars beside an entrance, with a ball on each.
+void addGate(Things& things, float y, const Material& ball)
 {
     for (float x : {-2.4f, 2.4f}) {
-        things.push_back(place(SolidKind::Box, brick, {x, -14, 0}, {1.1f, 1.1f, 2.9f}));
-        things.push_back(place(SolidKind::Box, limestone, {x, -14, 2.9f}, {1.4f, 1.4f, 0.2f}));
-        things.push_back(place(SolidKind::Sphere, lampLight, {x, -14, 3.1f}, {0.6f, 0.6f, 0.6f}));
+        things.push_back(place(SolidKind::Box, brick, {x, y, 0}, {1.1f, 1.1f, 2.9f}));
+        things.push_back(place(SolidKind::Box, limestone, {x, y, 2.9f}, {1.4f, 1.4f, 0.2f}));
+        things.push_back(place(SolidKind::Sphere, ball, {x, y, 3.1f}, {0.6f, 0.6f, 0.6f}));
     }
 }
 
@@ -132,19 +138,19 @@ void addRoundTree(Scene& scene, float x, float y, float size)
 
 void addTrees(Scene& scene)
 {
-    addTree(scene, -10.5f, 17.2f, 8.2f);
-    addTree(scene, -6.6f, 18.0f, 7.0f);
-    addTree(scene, 6.4f, 17.6f, 7.4f);
-    addTree(scene, 10.8f, 16.8f, 8.6f);
+    addTree(scene, -13.4f, 17.2f, 8.2f);
+    addTree(scene, -5.6f, 17.0f, 6.0f);
+    addTree(scene, 5.6f, 17.0f, 6.0f);
+    addTree(scene, 13.6f, 16.8f, 8.6f);
     addTree(scene, -17.2f, 9.0f, 7.8f);
     addTree(scene, -17.6f, -2.0f, 7.2f);
     addTree(scene, 17.4f, 5.0f, 8.0f);
     addTree(scene, 17.0f, -6.0f, 7.0f);
     addRoundTree(scene, -20, 22, 3.0f);
-    addRoundTree(scene, 15.5f, 24, 3.4f);
+    addRoundTree(scene, 17.5f, 24, 3.4f);
     addRoundTree(scene, 22, 15, 3.0f);
     addRoundTree(scene, -23, 6, 3.2f);
-    addRoundTree(scene, -2.5f, 27, 3.0f);
+    addRoundTree(scene, -6, 37, 3.0f);
 }
 
 void addPots(Things& things)
@@ -201,7 +207,34 @@ Vector3<float> calculateTextureRepeat(SolidKind kind, const Vector3<float>& size
     return {around, around, upwards};
 }
 
+Box calculateBoundsOfUnitCube(const Matrix4<float>& world)
+{
+    Box bounds;
+    for (int corner = 0; corner < 8; ++corner) {
+        const auto side = [&](int axis) { return (corner >> axis & 1) != 0 ? 0.5f : -0.5f; };
+        const Vector4<float> placed = world * Vector4<float>(side(0), side(1), side(2), 1.0f);
+        bounds.add({placed.x, placed.y, placed.z});
+    }
+    return bounds;
+}
+
 } // namespace
+
+Material materialOf(TextureName texture)
+{
+    for (const Material& material : {paving, limestone, brick, wood, roof, bronze, water, leaves})
+        if (material.texture == texture) return material;
+    return {texture};
+}
+
+void addOwnShape(Scene& scene, Solid shape, const Material& material, const Vector3<float>& position, float repeats)
+{
+    Thing thing = {solidKindCount + scene.ownShapes.size(), material, {}, {}, {repeats, repeats, repeats}, {}};
+    thing.world = Matrix4<float>::translation(position);
+    for (const Vector3<float>& point : shape.positions) thing.bounds.add(point + position);
+    scene.things.push_back(thing);
+    scene.ownShapes.push_back(std::move(shape));
+}
 
 Thing place(SolidKind kind, const Material& material, const Vector3<float>& foot, const Vector3<float>& size,
             float turn)
@@ -212,8 +245,9 @@ Thing place(SolidKind kind, const Material& material, const Vector3<float>& foot
     const Matrix3<float> turning = turnAboutVertical(turn);
     const Matrix3<float> shrinking = {1 / size.x, 0, 0, 0, 1 / size.y, 0, 0, 0, 1 / size.z};
 
-    Thing thing = {kind, material, {}, turning * shrinking, {}};
+    Thing thing = {static_cast<std::size_t>(kind), material, {}, turning * shrinking, {}, {}};
     thing.world = Matrix4<float>::translation(centre) * Matrix4<float>(turning) * Matrix4<float>::scaling(size);
+    thing.bounds = calculateBoundsOfUnitCube(thing.world);
     thing.textureRepeat = calculateTextureRepeat(kind, size, material.repeatsPerUnit);
     return thing;
 }
@@ -226,7 +260,9 @@ Scene makeCourtyard()
     for (float x : {-8.5f, 8.5f}) addColonnade(scene.things, x);
     addPavilion(scene.things);
     addWalls(scene.things);
-    addGate(scene.things);
+    addGate(scene.things, -14, lampLight);
+    addGate(scene.things, 14, limestone);
+    addBall(scene);
     addTrees(scene);
     addPots(scene.things);
     addStores(scene.things);

@@ -3,6 +3,7 @@
 #include "failure.h"
 
 #include <xum/render/render_target.h>
+#include <xum/render/texture.h>
 #include <xum/render/vertex_buffer.h>
 
 #include <string>
@@ -15,8 +16,8 @@ constexpr float verticalFieldOfView = 50.0f; // degrees
 constexpr float nearDistance = 0.2f;
 constexpr float farDistance = 400.0f;
 
-constexpr int shadowMapSize = 2048;      // pixels
-constexpr float shadowMapReach = 24.0f;  // from the courtyard's centre
+constexpr int shadowMapSize = 3072;      // pixels
+constexpr float shadowMapReach = 36.0f;  // from the courtyard's centre
 constexpr float shadowMapDepth = 100.0f; // along the light
 
 constexpr Vector4<float> edgeColor = {0.55f, 0.8f, 0.95f, 0.3f}; // edges add up where many meet
@@ -26,7 +27,7 @@ constexpr int shadowUnit = 1;
 
 Matrix4<float> calculateShadowProjection(const Vector3<float>& sunDirection)
 {
-    Camera sun;
+    Viewpoint sun;
     sun.position = sunDirection * (shadowMapDepth / 2.0f);
     sun.lookAt({0, 0, 0});
     return calculateParallelProjection(sun, shadowMapReach, 0.0f, shadowMapDepth);
@@ -36,13 +37,19 @@ Matrix4<float> calculateShadowProjection(const Vector3<float>& sunDirection)
 
 SceneRenderer::SceneRenderer(RenderDevice& device, const Assets& assets, Scene sceneToDraw)
     : device(device), assets(assets), scene(std::move(sceneToDraw)),
-      shadowProjection(calculateShadowProjection(scene.sunDirection)),
+      shadowProjection(calculateShadowProjection(scene.sunDirection)), occluders(scene),
+      occlusionPicture(device.createTexture(OcclusionMap::width, OcclusionMap::height, false), {&device}),
       screenTriangle(device.createVertexBuffer(false), {&device}),
       shadowTarget(device.createRenderTarget(shadowMapSize, shadowMapSize, {TextureFormat(TextureFormat::Depth, 1)}),
                    {&device})
 {
-    if (!screenTriangle || !shadowTarget) throw Failure(ExitStatus::NoGraphics, "not enough memory for the scene");
-    for (std::size_t i = 0; i < solidKindCount; ++i) solids[i] = makeSolidBuffer(makeSolid(static_cast<SolidKind>(i)));
+    if (!screenTriangle || !shadowTarget || !occlusionPicture)
+        throw Failure(ExitStatus::NoGraphics, "not enough memory for the scene");
+    for (std::size_t i = 0; i < solidKindCount; ++i)
+        shapes.push_back(makeSolidBuffer(makeSolid(static_cast<SolidKind>(i))));
+    for (const Solid& shape : scene.ownShapes) shapes.push_back(makeSolidBuffer(shape));
+    if (scene.level) levelSurfaces = makeSurfaces(*scene.level);
+    for (const LevelSurface& surface : levelSurfaces) levelBuffers.push_back(makeSolidBuffer(surface.solid));
     screenTriangle->setAttribute(VertexAttribute::Position,
                                  std::vector<Vector3<float>>{{-1, -1, 0}, {3, -1, 0}, {-1, 3, 0}});
     device.setCullMode(CullMode::Back);
@@ -80,16 +87,19 @@ void SceneRenderer::drawShadowMap()
     device.setUniform("viewProjection", shadowProjection);
     for (const Thing& thing : scene.things) {
         device.setUniform("world", thing.world);
-        const SolidBuffer& solid = getBuffer(thing.kind);
+        const SolidBuffer& solid = shapes[thing.shape];
         solid.buffer->drawTriangles(0, solid.triangleIndexCount);
     }
+    device.setUniform("world", Matrix4<float>());
+    for (const SolidBuffer& solid : levelBuffers) solid.buffer->drawTriangles(0, solid.triangleIndexCount);
 }
 
-void SceneRenderer::draw(RenderTarget* target, const Vector2<int>& size, const Camera& camera, DrawStyle style)
+void SceneRenderer::draw(RenderTarget* target, const Vector2<int>& size, const Viewpoint& camera, DrawStyle style)
 {
     if (size.x <= 0 || size.y <= 0) return; // a minimised window
     const Vector2<float> viewExtents = calculateViewExtents(verticalFieldOfView, size);
     const Matrix4<float> viewProjection = calculateViewProjection(camera, viewExtents, nearDistance, farDistance);
+    findVisible(camera, viewExtents, style);
 
     device.bindRenderTarget(target, TargetBinding::Both);
     device.setViewport(0, 0, size.x, size.y, size.y);
@@ -99,10 +109,35 @@ void SceneRenderer::draw(RenderTarget* target, const Vector2<int>& size, const C
     } else {
         drawSky(camera, viewExtents);
         drawSolids(camera, viewProjection);
+        if (showsOcclusion) drawOcclusionView(size);
     }
 }
 
-void SceneRenderer::drawSky(const Camera& camera, const Vector2<float>& viewExtents)
+void SceneRenderer::findVisible(const Viewpoint& camera, const Vector2<float>& viewExtents, DrawStyle style)
+{
+    visibility = isCulling ? seeWithin(scene, ViewVolume(camera, viewExtents, nearDistance)) : seeEverything(scene);
+    if (style == DrawStyle::Edges || (!isCulling && !showsOcclusion)) return;
+    occlusion.begin(camera, viewExtents, nearDistance);
+    const float reach = nearDistance * length(Vector3<float>(viewExtents.x, viewExtents.y, 1));
+    occluders.addTo(occlusion, camera.position, reach);
+    if (isCulling) hide(visibility, scene, occlusion);
+}
+
+void SceneRenderer::drawOcclusionView(const Vector2<int>& size)
+{
+    const Vector2<int> part = {size.x / 3, size.y / 3};
+    if (part.x == 0 || part.y == 0) return;
+    occlusionPicture->update(occlusion.makePicture().data());
+    device.setViewport(0, size.y - part.y, part.x, part.y, size.y);
+    device.useProgram(assets.getPictureProgram());
+    device.bindTexture(surfaceUnit, occlusionPicture.get());
+    device.setUniform("surface", surfaceUnit);
+    device.disable(RenderFeature::DepthTest);
+    screenTriangle->drawTriangles();
+    device.enable(RenderFeature::DepthTest);
+}
+
+void SceneRenderer::drawSky(const Viewpoint& camera, const Vector2<float>& viewExtents)
 {
     device.useProgram(assets.getSkyProgram());
     device.setUniform("forward", camera.getForward())
@@ -117,16 +152,45 @@ void SceneRenderer::drawSky(const Camera& camera, const Vector2<float>& viewExte
     device.enable(RenderFeature::DepthTest);
 }
 
-void SceneRenderer::drawSolids(const Camera& camera, const Matrix4<float>& viewProjection)
+void SceneRenderer::drawSolids(const Viewpoint& camera, const Matrix4<float>& viewProjection)
 {
     device.useProgram(assets.getSolidProgram());
     device.setUniform("viewProjection", viewProjection).setUniform("eye", camera.position);
     setLightUniforms();
-    for (const Thing& thing : scene.things) {
+    for (std::size_t i = 0; i < scene.things.size(); ++i) {
+        if (!visibility.things[i]) continue;
+        const Thing& thing = scene.things[i];
         setThingUniforms(thing);
-        const SolidBuffer& solid = getBuffer(thing.kind);
+        const SolidBuffer& solid = shapes[thing.shape];
         solid.buffer->drawTriangles(0, solid.triangleIndexCount);
     }
+    drawLevel();
+}
+
+void SceneRenderer::drawLevel()
+{
+    for (std::size_t i = 0; i < levelSurfaces.size(); ++i) {
+        setThingUniforms({0, materialOf(levelSurfaces[i].texture), {}, {}, {1, 1, 1}, {}});
+        forVisibleRanges(i, [&](int first, int count) { levelBuffers[i].buffer->drawTriangles(first, count); });
+    }
+}
+
+/// Calls draw(first index, count) for the triangles of visible faces; those that lie together go over at once.
+template <class Draw>
+void SceneRenderer::forVisibleRanges(std::size_t surface, Draw draw) const
+{
+    int first = 0;
+    int count = 0;
+    for (const LevelSurface::Range& range : levelSurfaces[surface].ranges) {
+        if (!visibility.faces[range.face]) continue;
+        if (range.first != first + count) {
+            if (count > 0) draw(first, count);
+            first = range.first;
+            count = 0;
+        }
+        count += range.count;
+    }
+    if (count > 0) draw(first, count);
 }
 
 void SceneRenderer::drawEdges(const Matrix4<float>& viewProjection)
@@ -135,11 +199,16 @@ void SceneRenderer::drawEdges(const Matrix4<float>& viewProjection)
     device.setUniform("viewProjection", viewProjection).setUniform("flatColor", edgeColor);
     device.setBlendMode(BlendMode::Additive);
     device.disable(RenderFeature::DepthTest);
-    for (const Thing& thing : scene.things) {
+    for (std::size_t i = 0; i < scene.things.size(); ++i) {
+        if (!visibility.things[i]) continue;
+        const Thing& thing = scene.things[i];
         device.setUniform("world", thing.world);
-        const SolidBuffer& solid = getBuffer(thing.kind);
+        const SolidBuffer& solid = shapes[thing.shape];
         solid.buffer->drawLines(solid.triangleIndexCount, solid.edgeIndexCount);
     }
+    device.setUniform("world", Matrix4<float>());
+    for (const SolidBuffer& solid : levelBuffers)
+        solid.buffer->drawLines(solid.triangleIndexCount, solid.edgeIndexCount);
     device.enable(RenderFeature::DepthTest);
     device.setBlendMode(BlendMode::None);
 }
@@ -156,8 +225,11 @@ void SceneRenderer::setLightUniforms()
         .setUniform("groundLight", scene.groundLight)
         .setUniform("hazeColor", scene.hazeColor)
         .setUniform("lampColor", scene.lampColor);
-    for (std::size_t i = 0; i < Scene::lampCount; ++i)
-        device.setUniform("lampPositions[" + std::to_string(i) + "]", scene.lamps[i]);
+    std::vector<Vector3<float>> lamps(scene.lamps.begin(), scene.lamps.end());
+    lamps.insert(lamps.end(), scene.levelLamps.begin(), scene.levelLamps.end());
+    lamps.resize(Scene::lampCount + Scene::levelLampCount, {0, 0, -1e6f}); // those that are missing shine nowhere
+    for (std::size_t i = 0; i < lamps.size(); ++i)
+        device.setUniform("lampPositions[" + std::to_string(i) + "]", lamps[i]);
 }
 
 void SceneRenderer::setThingUniforms(const Thing& thing)

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "assets.h"
-#include "camera.h"
+#include "level_surface.h"
+#include "occluders.h"
 #include "owned.h"
 #include "scene.h"
+#include "viewpoint.h"
+#include "visibility.h"
 
-#include <array>
+#include <vector>
 
 enum class DrawStyle : int { Solids, Edges };
 
@@ -17,10 +20,24 @@ public:
     SceneRenderer(RenderDevice& device, const Assets& assets, Scene scene);
 
     /// Clears the target (null is the window) of `size` pixels and draws the scene. Nothing happens without a pixel.
-    void draw(RenderTarget* target, const Vector2<int>& size, const Camera& camera, DrawStyle style);
+    void draw(RenderTarget* target, const Vector2<int>& size, const Viewpoint& camera, DrawStyle style);
+
+    /// Whether what lies outside of the view or is hidden is left out; it is at the start. The picture is the same.
+    void setCulling(bool isOn) { isCulling = isOn; }
+    bool isCullingOn() const { return isCulling; }
+
+    /// Whether the map by which hidden things are found is shown in the lower left corner. It is seen on solids only:
+    /// between edges nothing is hidden.
+    void setOcclusionView(bool isOn) { showsOcclusion = isOn; }
+    bool isOcclusionViewOn() const { return showsOcclusion; }
+
+    const Scene& getScene() const { return scene; }
+
+    /// Of what was drawn last.
+    const Visibility& getVisibility() const { return visibility; }
 
 private:
-    /// One kind of solid. Its index list holds the triangles and behind them the edges.
+    /// A solid. Its index list holds the triangles and behind them the edges.
     struct SolidBuffer {
         OwnedBuffer buffer;
         int triangleIndexCount = 0;
@@ -29,18 +46,30 @@ private:
 
     SolidBuffer makeSolidBuffer(const Solid& solid);
     void drawShadowMap();
-    void drawSky(const Camera& camera, const Vector2<float>& viewExtents);
-    void drawSolids(const Camera& camera, const Matrix4<float>& viewProjection);
+    void drawSky(const Viewpoint& camera, const Vector2<float>& viewExtents);
+    void drawSolids(const Viewpoint& camera, const Matrix4<float>& viewProjection);
     void drawEdges(const Matrix4<float>& viewProjection);
     void setLightUniforms();
     void setThingUniforms(const Thing& thing);
-    const SolidBuffer& getBuffer(SolidKind kind) const { return solids[static_cast<std::size_t>(kind)]; }
+    void drawLevel();
+    void findVisible(const Viewpoint& camera, const Vector2<float>& viewExtents, DrawStyle style);
+    void drawOcclusionView(const Vector2<int>& size);
+    template <class Draw>
+    void forVisibleRanges(std::size_t surface, Draw draw) const;
 
     RenderDevice& device;
     const Assets& assets;
     Scene scene;
     Matrix4<float> shadowProjection;
-    std::array<SolidBuffer, solidKindCount> solids;
+    std::vector<SolidBuffer> shapes; ///< by their numbers
+    std::vector<LevelSurface> levelSurfaces;
+    std::vector<SolidBuffer> levelBuffers; ///< one for each surface
+    Occluders occluders;
+    OcclusionMap occlusion;
+    OwnedTexture occlusionPicture;
+    bool isCulling = true;
+    bool showsOcclusion = false;
+    Visibility visibility;
     OwnedBuffer screenTriangle;
     OwnedTarget shadowTarget;
 };

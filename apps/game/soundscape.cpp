@@ -69,7 +69,7 @@ void Soundscape::addEmitters(GameData& data, const Scene& scene)
     emitters.push_back({loadSample(device, data, "finch.wav"), scene.treeTops, 60.0f, 0.3f, 5000, 8000, 6000});
 }
 
-void Soundscape::update(const Camera& listener, uint64 milliseconds)
+void Soundscape::update(const Viewpoint& listener, uint64 milliseconds)
 {
     if (device == nullptr) return;
     for (Emitter& emitter : emitters)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "camera.h"
+#include "viewpoint.h"
 #include "game_data.h"
 #include "scene.h"
 
@@ -19,7 +19,7 @@ public:
     Soundscape(AudioDevice* device, GameData& data, const Scene& scene, float volume);
 
     /// Once a frame, with the time of the engine clock: starts what is due, and makes the camera the listener.
-    void update(const Camera& listener, uint64 milliseconds);
+    void update(const Viewpoint& listener, uint64 milliseconds);
 
     /// Of everything, 0 to 1; what already plays follows with the next update.
     void setVolume(float newVolume);

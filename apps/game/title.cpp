@@ -12,7 +12,8 @@ bool FrameRateTitle::countFrame(uint64 milliseconds)
     return true;
 }
 
-std::string FrameRateTitle::getTitle() const
+std::string FrameRateTitle::getTitle(const Visibility& visibility) const
 {
-    return name + " - " + std::to_string(framesPerSecond) + " frames per second";
+    return name + " - " + std::to_string(framesPerSecond) + " frames per second - " + std::to_string(visibility.drawn) +
+           " drawn, " + std::to_string(visibility.culled) + " culled, " + std::to_string(visibility.hidden) + " hidden";
 }

@@ -1,8 +1,8 @@
 #version 150
 
-// Sun with shadows, light from the sky and the ground, three lamps, and haze in the distance.
+// Sun with shadows, light from the sky and the ground, lamps, and haze in the distance.
 
-const int lampCount = 3;
+const int lampCount = 7;
 
 in vec3 worldPosition;
 in vec3 worldNormal;

@@ -9,16 +9,16 @@ namespace {
 class Flight : public InputFixture {
 protected:
     /// Where one second takes a camera that looks along +y from (0, 0, 10).
-    Camera flyOneSecond()
+    Viewpoint flyOneSecond()
     {
         engine->update();
-        Camera camera;
+        Viewpoint camera;
         camera.position = {0, 0, 10};
         PilotedFlight(*input).move(camera, 1.0f);
         return camera;
     }
 
-    void expectPosition(const Camera& camera, const Vector3<float>& expected)
+    void expectPosition(const Viewpoint& camera, const Vector3<float>& expected)
     {
         EXPECT_NEAR(camera.position.x, expected.x, 1e-4f);
         EXPECT_NEAR(camera.position.y, expected.y, 1e-4f);
@@ -42,6 +42,27 @@ TEST_F(Flight, lettersMoveInAllSixDirections)
         expectPosition(flyOneSecond(), expected);
         pushKeyUp(key);
     }
+}
+
+TEST_F(Flight, walkersGoLevelWhereTheCameraLooks)
+{
+    Viewpoint camera;
+    camera.yaw = 90;
+    camera.pitch = 80;
+    pushKeyDown('w');
+    engine->update();
+    PilotedFlight flight(*input);
+    const Vector3<float> slow = flight.getWalkingVelocity(camera);
+    EXPECT_NEAR(slow.x, -2.5f, 1e-4f);
+    EXPECT_NEAR(slow.y, 0, 1e-4f);
+    EXPECT_NEAR(slow.z, 0, 1e-4f);
+    EXPECT_FALSE(flight.wantsToJump());
+    pushKeyDown(SDLK_LSHIFT);
+    pushKeyDown('d');
+    pushKeyDown('e');
+    engine->update();
+    EXPECT_NEAR(length(flight.getWalkingVelocity(camera)), 6, 1e-4f);
+    EXPECT_TRUE(flight.wantsToJump());
 }
 
 TEST_F(Flight, diagonalFlightIsNotFaster)
@@ -94,7 +115,7 @@ TEST_F(Flight, lookingUpStopsBeforeTheZenith)
 {
     pushKeyDown(SDLK_UP);
     engine->update();
-    Camera camera;
+    Viewpoint camera;
     PilotedFlight(*input).move(camera, 10.0f);
     EXPECT_NEAR(camera.pitch, 89, 1e-3f);
 }
@@ -127,9 +148,9 @@ TEST_F(Flight, joystickButtonsRiseSinkAndHurry)
 
 TEST_F(Flight, fixedPathMovesAndKeepsTheFountainInView)
 {
-    const Camera start = cameraOnFixedPath(0);
-    const Camera later = cameraOnFixedPath(2);
+    const Viewpoint start = cameraOnFixedPath(0);
+    const Viewpoint later = cameraOnFixedPath(2);
     EXPECT_NE(start.position, later.position);
-    for (const Camera& camera : {start, later})
+    for (const Viewpoint& camera : {start, later})
         EXPECT_GT(dot(camera.getForward(), normalize(Vector3<float>(0, 0, 1.5f) - camera.position)), 0.95f);
 }

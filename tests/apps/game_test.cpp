@@ -72,6 +72,25 @@ TEST(Game, cameraOfAnUnattendedRunMoves)
     EXPECT_GT(comparePictures("a.bmp", "b.bmp", "difference.bmp").mean, 1);
 }
 
+TEST(Game, viewIsWhereAnUnattendedRunStays)
+{
+    const std::string gatehouse = "--size 64x48 --view=0,-18,3,180,-10";
+    ASSERT_EQ(runGame("--frames 1 --screenshot a.bmp " + gatehouse).status, 0);
+    ASSERT_EQ(runGame("--frames 40 --screenshot b.bmp " + gatehouse).status, 0);
+    ASSERT_EQ(runGame("--frames 1 --size 64x48 --screenshot c.bmp").status, 0);
+    EXPECT_EQ(comparePictures("a.bmp", "b.bmp", "difference.bmp").maximum, 0);
+    EXPECT_GT(comparePictures("a.bmp", "c.bmp", "difference.bmp").mean, 10);
+}
+
+TEST(Game, pictureIsTheSameWithoutCulling)
+{
+    ASSERT_EQ(runGame("--frames 5 --size 160x90 --screenshot a.bmp").status, 0);
+    ASSERT_EQ(runGame("--frames 5 --size 160x90 --screenshot b.bmp --no-culling").status, 0);
+    EXPECT_EQ(fileContents("a.bmp"), fileContents("b.bmp"));
+    ASSERT_EQ(runGame("--frames 5 --size 160x90 --screenshot c.bmp --occlusion").status, 0);
+    EXPECT_NE(fileContents("a.bmp"), fileContents("c.bmp"));
+}
+
 TEST(Game, wireframeDrawsOtherThanSolids)
 {
     ASSERT_EQ(runGame("--frames 1 --size 64x48 --screenshot a.bmp").status, 0);
@@ -95,19 +114,54 @@ TEST(Game, helpNamesOptionsKeysAndExitStatuses)
 {
     const ProgramRun run = runGame("--help");
     EXPECT_EQ(run.status, 0);
-    for (const char* part :
-         {"--frames", "--screenshot", "--size", "--data", "--archive", "--volume", "--mute", "Escape", "Page Up",
-          "XUM_MESSAGE_BOXES=0", "Exit status", "  2    wrong arguments", "  5    the picture"})
+    for (const char* part : {"--frames",
+                             "--screenshot",
+                             "--size",
+                             "--data",
+                             "--archive",
+                             "--volume",
+                             "--mute",
+                             "--view",
+                             "--no-culling",
+                             "--occlusion",
+                             "--walk",
+                             "  G ",
+                             "  C ",
+                             "  O ",
+                             "Escape",
+                             "Page Up",
+                             "XUM_MESSAGE_BOXES=0",
+                             "Exit status",
+                             "  2    wrong arguments",
+                             "  5    the picture"})
         EXPECT_TRUE(contains(run.output, part)) << part;
 }
 
 TEST(Game, wrongArgumentsAreRefused)
 {
-    for (const char* arguments :
-         {"--nonsense", "--frames", "--frames 0", "--frames many", "--frames 1 --size 12", "--frames 1 --size 0x5",
-          "--frames 1 --size 10x20x30", "--frames 1 --size 9000x5", "--frames 1 --screenshot a.png",
-          "--frames 1 --screenshot .bmp", "--screenshot a.bmp", "leftover", "--volume loud", "--volume 101",
-          "--volume -1", "--archive", "--archive \"\"", "--archive a --data b"}) {
+    for (const char* arguments : {"--nonsense",
+                                  "--frames",
+                                  "--view",
+                                  "--view 1,2,3",
+                                  "--view 1,2,3,4,5,6",
+                                  "--view 0,0,0,0,90",
+                                  "--view nan,0,0,0,0",
+                                  "--frames 0",
+                                  "--frames many",
+                                  "--frames 1 --size 12",
+                                  "--frames 1 --size 0x5",
+                                  "--frames 1 --size 10x20x30",
+                                  "--frames 1 --size 9000x5",
+                                  "--frames 1 --screenshot a.png",
+                                  "--frames 1 --screenshot .bmp",
+                                  "--screenshot a.bmp",
+                                  "leftover",
+                                  "--volume loud",
+                                  "--volume 101",
+                                  "--volume -1",
+                                  "--archive",
+                                  "--archive \"\"",
+                                  "--archive a --data b"}) {
         const ProgramRun run = runGame(arguments);
         EXPECT_EQ(run.status, 2) << arguments;
         EXPECT_FALSE(run.errors.empty()) << arguments;
@@ -273,6 +327,28 @@ TEST_F(GameWithItsOwnData, missingSoundsAreNamed)
     }
 }
 
+TEST_F(GameWithItsOwnData, missingPartsOfTheWorldAreNamed)
+{
+    for (const char* name : {"maps/gatehouse.map", "lisp/landscape.lisp", "lisp/base/base.lisp", "meshes/urn.mesh"}) {
+        fs::rename("data/" + std::string(name), "away");
+        expectBrokenData("xum-game: cannot read the file data/" + std::string(name) + "\n");
+        fs::rename("away", "data/" + std::string(name));
+    }
+}
+
+TEST_F(GameWithItsOwnData, wrongScriptOfTheLandIsNamed)
+{
+    writeFileContents("data/lisp/landscape.lisp", "(define ground-height nowhere)");
+    expectBrokenData(
+        "xum-game: the script data/lisp/landscape.lisp is wrong: error: symbol 'nowhere' has no binding!\n");
+}
+
+TEST_F(GameWithItsOwnData, textInPlaceOfTheMapIsNamed)
+{
+    writeFileContents("data/maps/gatehouse.map", "a drawing");
+    expectBrokenData("xum-game: the map data/maps/gatehouse.map is no compiled map\n");
+}
+
 TEST_F(GameWithItsOwnData, textInPlaceOfASampleIsNamed)
 {
     writeFileContents("data/samples/flame.wav", "crackle");
@@ -332,8 +408,9 @@ TEST_F(GameWithAnArchive, plainFileBelowTheWorkingDirectoryWins)
 
 TEST_F(GameWithAnArchive, missingFileIsNamedWithTheArchive)
 {
-    for (const char* name : {"programs/sky.cfg", "shaders/display.frag", "textures/leaves.jpg", "samples/finch.wav",
-                             "streams/courtyard.ogg"}) {
+    for (const char* name :
+         {"maps/gatehouse.map", "lisp/landscape.lisp", "lisp/game.lisp", "meshes/urn.mesh", "programs/sky.cfg",
+          "shaders/display.frag", "textures/leaves.jpg", "samples/finch.wav", "streams/courtyard.ogg"}) {
         writeDataArchive("partly.xum", XUM_DATA_DIRECTORY, name);
         expectFailure("partly.xum",
                       "xum-game: cannot read the file " + std::string(name) + " from the archive partly.xum\n");

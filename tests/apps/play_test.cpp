@@ -2,6 +2,7 @@
 
 #include "compare_pictures.h"
 #include "pushed_events.h"
+#include "world.h"
 
 #include <xum/engine/window.h>
 
@@ -29,7 +30,11 @@ protected:
     }();
     Application application = Application("play", options.size);
     GameData data = GameData(application.getEngine(), {XUM_DATA_DIRECTORY "/", ""});
-    Scene scene = makeCourtyard();
+    Scene scene = [this] {
+        Scene made = makeCourtyard();
+        addWorld(made, application.getEngine(), data);
+        return made;
+    }();
     Assets assets = Assets(application.getRenderDevice(), data);
     Soundscape sounds = Soundscape(application.getAudioDevice(), data, scene, options.volume.get());
     SceneRenderer renderer = SceneRenderer(application.getRenderDevice(), assets, scene);
@@ -105,6 +110,55 @@ TEST_F(Play, tabAndTheFourthJoystickButtonSwitchToEdgesAndBack)
     EXPECT_EQ(comparePictures("screenshot-002.bmp", "screenshot-003.bmp", "difference.bmp").maximum, 0);
 }
 
+TEST_F(Play, cSwitchesCullingOffAndOn)
+{
+    const auto playAfterC = [&] {
+        pushKeyDown('c');
+        pushKeyUp('c');
+        playForAWhile();
+        return renderer.getVisibility();
+    };
+    EXPECT_TRUE(renderer.isCullingOn());
+    const Visibility all = playAfterC();
+    EXPECT_EQ(all.culled, 0u);
+    EXPECT_GT(all.drawn, 2000u);
+    options.culls = false;
+    const Visibility seen = playAfterC();
+    EXPECT_GT(seen.culled, 0u);
+    EXPECT_EQ(seen.drawn + seen.culled + seen.hidden, all.drawn);
+}
+
+TEST_F(Play, oShowsTheOcclusionMapAndHidesIt)
+{
+    for (const bool isShown : {true, false}) {
+        options.showsOcclusion = !isShown;
+        pushKeyDown('o');
+        pushKeyUp('o');
+        playForAWhile();
+        EXPECT_EQ(renderer.isOcclusionViewOn(), isShown);
+    }
+}
+
+TEST_F(Play, gBringsThePlayerToTheGroundAndUpAgain)
+{
+    std::filesystem::remove("screenshot-001.bmp");
+    std::filesystem::remove("screenshot-002.bmp");
+    options.view = Viewpoint{{0, -18, 6}, 0, 0};
+    for (const bool walks : {false, true}) {
+        if (walks) {
+            pushKeyDown('g');
+            pushKeyUp('g');
+        }
+        SDL_AddTimer(
+            1200, [](Uint32, void*) -> Uint32 { return pushKeyDown('p'), 0; }, nullptr);
+        SDL_AddTimer(1800, quitLater, nullptr);
+        play(application, renderer, sounds, options);
+        pushKeyUp('p');
+    }
+    // From above the walls hide little, from the ground they do.
+    EXPECT_GT(comparePictures("screenshot-001.bmp", "screenshot-002.bmp", "difference.bmp").mean, 5);
+}
+
 TEST_F(Play, f11SwitchesToFullScreen)
 {
     pushKeyDown(SDLK_F11);
@@ -118,7 +172,7 @@ TEST_F(Play, titleTellsTheFrameRate)
     SDL_AddTimer(1200, quitLater, nullptr);
     play(application, renderer, sounds, options);
     EXPECT_NE(application.getWindow().getTitle().find("xum-game - "), std::string::npos);
-    EXPECT_NE(application.getWindow().getTitle().find(" frames per second"), std::string::npos);
+    EXPECT_NE(application.getWindow().getTitle().find(" frames per second - "), std::string::npos);
 }
 
 TEST_F(Play, pageKeysSetTheVolumeAndNSilences)
@@ -157,6 +211,6 @@ TEST_F(Play, windowOfAnySizeIsDrawn)
 
 TEST_F(Play, nothingIsDrawnIntoAWindowWithoutPixels)
 {
-    renderer.draw(nullptr, {0, 0}, Camera(), DrawStyle::Solids);
-    renderer.draw(nullptr, {0, 10}, Camera(), DrawStyle::Edges);
+    renderer.draw(nullptr, {0, 0}, Viewpoint(), DrawStyle::Solids);
+    renderer.draw(nullptr, {0, 10}, Viewpoint(), DrawStyle::Edges);
 }

@@ -75,18 +75,20 @@ TEST(Scene, roundSolidsRepeatTheTextureAWholeNumberOfTimesAround)
     }
 }
 
-TEST(Scene, courtyardShowsEveryKindOfSolidAndEveryTexture)
+TEST(Scene, courtyardShowsEveryKindOfSolidAndEveryTextureButTheMeadow)
 {
     const Scene scene = makeCourtyard();
-    std::set<SolidKind> kinds;
+    std::set<std::size_t> shapes;
     std::set<TextureName> textures;
     for (const Thing& thing : scene.things) {
-        kinds.insert(thing.kind);
+        shapes.insert(thing.shape);
         textures.insert(thing.material.texture);
     }
     EXPECT_GT(scene.things.size(), 20u);
-    EXPECT_EQ(kinds.size(), solidKindCount);
-    EXPECT_EQ(textures.size(), textureCount);
+    EXPECT_EQ(shapes.size(), solidKindCount + scene.ownShapes.size());
+    EXPECT_EQ(*shapes.rbegin(), solidKindCount + scene.ownShapes.size() - 1);
+    EXPECT_EQ(textures.size(), textureCount - 1);
+    EXPECT_EQ(textures.count(TextureName::Grass), 0u);
 }
 
 TEST(Scene, lampsFountainAndBirdsAreWhereTheyAreSeen)
@@ -106,4 +108,44 @@ TEST(Scene, sunStandsAboveTheHorizonAtDistanceOne)
     const Scene scene = makeCourtyard();
     EXPECT_NEAR(length(scene.sunDirection), 1, 1e-5f);
     EXPECT_GT(scene.sunDirection.z, 0);
+}
+
+TEST(Scene, boundsHoldTheTurnedSolid)
+{
+    for (std::size_t kind = 0; kind < solidKindCount; ++kind) {
+        const Thing thing = place(static_cast<SolidKind>(kind), stone, {10, -20, 3}, {2, 4, 6}, 30);
+        Box actual;
+        for (const Vector3<float>& point : makeSolid(static_cast<SolidKind>(kind)).positions)
+            actual.add(placed(thing, point));
+        for (int axis = 0; axis < 3; ++axis) {
+            const auto part = [&](const Vector3<float>& v) { return axis == 0 ? v.x : axis == 1 ? v.y : v.z; };
+            EXPECT_LE(part(thing.bounds.minimum), part(actual.minimum) + 1e-4f);
+            EXPECT_GE(part(thing.bounds.maximum), part(actual.maximum) - 1e-4f);
+        }
+    }
+    const Thing box = place(SolidKind::Box, stone, {10, 20, 3}, {2, 4, 6}, 90);
+    expectNear(box.bounds.minimum, {8, 19, 3});
+    expectNear(box.bounds.maximum, {12, 21, 9});
+}
+
+TEST(Scene, ownShapeIsNumberedAndHasBoundsAtItsPlace)
+{
+    Scene scene;
+    Solid shape;
+    shape.positions = {{0, 0, 0}, {1, 2, 3}, {-1, 0, 0}};
+    addOwnShape(scene, shape, stone, {10, 20, 30}, 4);
+    addOwnShape(scene, shape, stone, {0, 0, 0}, 1);
+    EXPECT_EQ(scene.things[0].shape, solidKindCount);
+    EXPECT_EQ(scene.things[1].shape, solidKindCount + 1);
+    EXPECT_EQ(scene.things[0].textureRepeat, (Vector3<float>{4, 4, 4}));
+    EXPECT_EQ(scene.things[0].bounds, Box({9, 20, 30}, {11, 22, 33}));
+    expectNear(placed(scene.things[0], {1, 2, 3}), {11, 22, 33});
+}
+
+TEST(Scene, materialOfATextureIsThatOfTheCourtyard)
+{
+    for (std::size_t i = 0; i < textureCount; ++i)
+        EXPECT_EQ(materialOf(static_cast<TextureName>(i)).texture, static_cast<TextureName>(i));
+    EXPECT_EQ(materialOf(TextureName::Paving).specular, 0.06f);
+    EXPECT_EQ(materialOf(TextureName::Water).specular, 0.8f);
 }

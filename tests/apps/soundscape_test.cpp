@@ -47,7 +47,7 @@ protected:
     /// What an update starts.
     Notes startsAt(Soundscape& sounds, uint64 milliseconds)
     {
-        sounds.update(Camera(), milliseconds);
+        sounds.update(Viewpoint(), milliseconds);
         Notes notes = device.takeNotes();
         EXPECT_GE(notes.size(), 2u);
         notes.resize(notes.size() - 2); // the listener and the update
@@ -145,7 +145,7 @@ TEST_F(Sounds, cameraListens)
 {
     Soundscape sounds = makeSoundscape();
     startsAt(sounds, 0);
-    Camera camera;
+    Viewpoint camera;
     camera.position = {7, 8, 9};
     camera.yaw = 180;
     camera.pitch = 90;
@@ -160,7 +160,7 @@ TEST_F(Sounds, cameraListens)
 TEST_F(Sounds, deviceIsUpdatedAfterWhatStarts)
 {
     Soundscape sounds = makeSoundscape();
-    sounds.update(Camera(), 0);
+    sounds.update(Viewpoint(), 0);
     const Notes notes = device.takeNotes();
     ASSERT_EQ(notes.size(), 4u);
     EXPECT_EQ(notes[2], "listener at 0 0 0 towards -0 1 0");
@@ -202,7 +202,7 @@ TEST_F(Sounds, withoutAFreeSourceASoundIsLeftOut)
 TEST_F(Sounds, withoutADeviceNothingHappens)
 {
     Soundscape sounds(nullptr, *data, scene, 1);
-    sounds.update(Camera(), 0);
+    sounds.update(Viewpoint(), 0);
     sounds.setVolume(0.5f);
     EXPECT_EQ(sounds.getVolume(), 0.5f);
 }

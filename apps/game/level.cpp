@@ -1,0 +1,134 @@
+#include "level.h"
+
+#include "failure.h"
+
+#include <xum/engine/log.h>
+#include <xum/files/config_file.h>
+#include <xum/files/resource_manager.h>
+#include <xum/geometry/bsp.h>
+#include <xum/geometry/bsp_mesh.h>
+#include <xum/geometry/bsp_node.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+const char* const mapDirectory = "maps/";
+
+/// A text in memory as the only file that there is: configuration files come from files.
+class TextAsFile final : public ResourceManager {
+public:
+    explicit TextAsFile(const std::string& text) : text(text) {}
+
+    ResourceFileImplementation* addResourceFile(const std::string&) override { return nullptr; }
+
+    bool load(std::vector<unsigned char>& data, const std::string&) override
+    {
+        data.assign(text.begin(), text.end());
+        return true;
+    }
+
+private:
+    const std::string& text;
+};
+
+[[noreturn]] void fail(const std::string& fileName, const std::string& problem)
+{
+    throw Failure(ExitStatus::BrokenData, "the map " + fileName + " " + problem);
+}
+
+/// By the number that the polygons have.
+std::vector<TextureName> readTextures(const ConfigSection& section, const std::string& fileName)
+{
+    std::vector<TextureName> textures;
+    std::list<const ConfigEntry*> entries;
+    section.getEntries(entries);
+    for (const ConfigEntry* entry : entries) {
+        const auto known = std::find(textureFileNames.begin(), textureFileNames.end(), entry->getValue());
+        if (known == textureFileNames.end()) fail(fileName, "needs the unknown texture " + entry->getValue());
+        textures.push_back(static_cast<TextureName>(known - textureFileNames.begin()));
+    }
+    return textures;
+}
+
+Level::Entity readEntity(const ConfigSection& section)
+{
+    Level::Entity entity;
+    std::list<const ConfigEntry*> entries;
+    section.getEntries(entries);
+    for (const ConfigEntry* entry : entries) entity[entry->getName()] = entry->getValue();
+    return entity;
+}
+
+Polygon moved(Polygon polygon, const Vector3<float>& by)
+{
+    for (Vertex& vertex : polygon.vertices) vertex.position += by;
+    return polygon;
+}
+
+} // namespace
+
+Level::Level(std::unique_ptr<CompiledMap> compiledMap, const std::string& fileName) : map(std::move(compiledMap))
+{
+    if (map->getSecond().empty()) fail(fileName, "has no text"); // as configuration it would have no root
+    // A broken one stops the program with a message that does not name it.
+    getLog() << "Reading the text of the map " << fileName << std::endl;
+    TextAsFile text(map->getSecond());
+    const ConfigFile description(&text, fileName);
+    std::vector<TextureName> textures;
+    const BSPMesh* mesh = map->getBSPMeshes().getFirst();
+    for (const ConfigSection* section : description.getRootSection()->getAllSections()) {
+        if (section->getName() == "entity") entities.push_back(readEntity(*section));
+        if (section->getName() == "textures") textures = readTextures(*section, fileName);
+        if (section->getName() != "mesh") continue;
+        const ConfigEntry* const numbers = section->getEntry("polygons", false);
+        if (mesh == nullptr || numbers == nullptr) fail(fileName, "has a text that does not fit its polygons");
+        addLeaves(*mesh, numbers->getValue(), textures, fileName);
+        mesh = mesh->getNext();
+    }
+    if (mesh != nullptr) fail(fileName, "has a text that does not fit its polygons");
+}
+
+void Level::addLeaves(const BSPMesh& mesh, const std::string& textureNumbers, const std::vector<TextureName>& textures,
+                      const std::string& fileName)
+{
+    std::istringstream numbers(textureNumbers);
+    for (const BSPNode* node : mesh.getBSP()->calculateLeafArray()) {
+        Leaf leaf;
+        for (const Polygon* polygon : node->getLeaf()->polygons) {
+            std::size_t number = 0;
+            if (!(numbers >> number) || number >= textures.size())
+                fail(fileName, "has a text that does not fit its polygons");
+            leaf.faces.push_back({moved(*polygon, mesh.getOrigin()), textures[number]});
+            for (const Vertex& vertex : leaf.faces.back().polygon.vertices) leaf.bounds.add(vertex.position);
+        }
+        if (!leaf.faces.empty()) leaves.push_back(std::move(leaf));
+    }
+    std::size_t more = 0;
+    if (numbers >> more) fail(fileName, "has a text that does not fit its polygons");
+}
+
+std::vector<Vector3<float>> Level::findPositions(const std::string& className) const
+{
+    std::vector<Vector3<float>> positions;
+    const BSPMesh* const mesh = map->getBSPMeshes().getFirst();
+    for (const Entity& entity : entities) {
+        const auto name = entity.find("class");
+        const auto place = entity.find("position");
+        if (name == entity.end() || name->second != className || place == entity.end()) continue;
+        std::istringstream numbers(place->second);
+        Vector3<float> position;
+        if (!(numbers >> position.x >> position.y >> position.z)) continue;
+        positions.push_back(mesh != nullptr ? position + mesh->getOrigin() : position);
+    }
+    return positions;
+}
+
+std::unique_ptr<Level> loadLevel(GameData& data, const std::string& name)
+{
+    const std::string fileName = data.getFileName(mapDirectory, name);
+    std::unique_ptr<CompiledMap> map(CompiledMap::readFromFile(data.provideFile(fileName)));
+    if (!map) fail(fileName, "is no compiled map");
+    return std::make_unique<Level>(std::move(map), fileName);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "game_data.h"
+#include "scene.h"
+
+#include <xum/geometry/box.h>
+#include <xum/geometry/compiled_map.h>
+#include <xum/geometry/polygon.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A compiled map in the world: what its second text says about the polygons and the things for the game.
+class Level {
+public:
+    struct Face {
+        Polygon polygon; ///< in world coordinates
+        TextureName texture;
+    };
+
+    /// What can be seen in one leaf of a tree.
+    struct Leaf {
+        std::vector<Face> faces;
+        Box bounds; ///< of the faces
+    };
+
+    using Entity = std::map<std::string, std::string>; ///< its entries; "class" tells what it is
+
+    /// Throws Failure, naming the file, for a map whose text does not fit its polygons or names an unknown texture.
+    Level(std::unique_ptr<CompiledMap> map, const std::string& fileName);
+
+    /// Only leaves with something to see.
+    const std::vector<Leaf>& getLeaves() const { return leaves; }
+
+    const CompiledMap& getMap() const { return *map; }
+
+    /// Where the entities of a class stand, in world coordinates: those of a map count from its first mesh's origin.
+    std::vector<Vector3<float>> findPositions(const std::string& className) const;
+
+private:
+    void addLeaves(const BSPMesh& mesh, const std::string& textureNumbers, const std::vector<TextureName>& textures,
+                   const std::string& fileName);
+
+    std::unique_ptr<CompiledMap> map;
+    std::vector<Leaf> leaves;
+    std::vector<Entity> entities;
+};
+
+/// Throws Failure, naming the file, when it is missing or no map.
+std::unique_ptr<Level> loadLevel(GameData& data, const std::string& name);
