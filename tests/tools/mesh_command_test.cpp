@@ -102,13 +102,18 @@ TEST_F(MeshCommand, modelThatCannotBeReadIsRefused)
     fs::create_directory("d.obj");
     expectRefusal("a.txt", "a.txt: has none of the extensions .obj, .gltf and .glb\n");
     expectRefusal("b", "b: has none of the extensions .obj, .gltf and .glb\n");
-#ifdef XUM_HAS_OBJ
     expectRefusal("nosuch.obj", "nosuch.obj: cannot be opened: No such file or directory\n");
     expectRefusal("d.obj", "d.obj: is no file\n");
-#else
-    expectRefusal("nosuch.obj", "nosuch.obj: this xum was built without tinyobjloader, and reads no OBJ files\n");
+}
+
+TEST_F(MeshCommand, formatWithoutItsLoaderIsRefused)
+{
+#ifndef XUM_HAS_OBJ
+    writeFileContents("a.obj", "");
+    expectRefusal("a.obj", "a.obj: this xum was built without tinyobjloader, and reads no OBJ files\n");
 #endif
 #ifndef XUM_HAS_GLTF
+    writeFileContents("a.gltf", "");
     expectRefusal("a.gltf", "a.gltf: this xum was built without tinygltf, and reads no glTF files\n");
 #endif
 }

@@ -479,6 +479,10 @@ TEST_F(MeshGltf, whatIsNoGltfIsRefused)
     expect("", "cannot be read: JSON string too short.");
     expect(R"({"asset":{}})", "cannot be read: \"asset\" object not found in .gltf or not an object type");
     expect("glTF", "cannot be read: Too short data size for glTF Binary.");
+    std::string binary = modelOf(threePositions).getBinary();
+    binary.pop_back();
+    binary.replace(8, 4, littleEndian(binary.size(), 4));
+    expect(binary, "ends within its data");
     const std::string deep(201, '[');
     expect(R"({"asset":{"version":"2.0"},"extras":)" + deep + std::string(201, ']') + "}",
            "has more than 200 objects inside each other");

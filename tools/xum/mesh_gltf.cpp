@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -83,6 +84,28 @@ bool isBinary(const std::string& bytes)
     return bytes.compare(0, binaryMagic.size(), binaryMagic) == 0;
 }
 
+void checkVersion(const std::string& version)
+{
+    if (!version.empty() && version.substr(0, 2) != "2.")
+        throw ModelProblem("is glTF " + printable(version) + ", which cannot be read: only glTF 2 can");
+}
+
+/// The loader forgets the eight bytes before the data of the second part, and would read as far beyond the end.
+void checkParts(const std::string& bytes)
+{
+    const auto numberAt = [&bytes](std::uint64_t place) {
+        std::uint64_t number = 0;
+        for (std::size_t i = 4; i > 0; --i)
+            number = number << 8 | static_cast<unsigned char>(bytes[static_cast<std::size_t>(place) + i - 1]);
+        return number;
+    };
+    if (bytes.size() < 20) return;
+    if (numberAt(4) == 1) checkVersion("1.0");
+    const std::uint64_t end = std::min<std::uint64_t>(numberAt(8), bytes.size());
+    const std::uint64_t second = 20 + numberAt(12);
+    if (second + 8 <= end && numberAt(second) > end - second - 8) throw ModelProblem("ends within its data");
+}
+
 void checkDepth(const std::string& bytes)
 {
     const std::size_t begin = isBinary(bytes) ? 20 : 0; // behind the header and that of its first part
@@ -113,12 +136,6 @@ std::string summarize(std::string text)
     return printable(text);
 }
 
-void checkVersion(const std::string& version)
-{
-    if (!version.empty() && version.substr(0, 2) != "2.")
-        throw ModelProblem("is glTF " + printable(version) + ", which cannot be read: only glTF 2 can");
-}
-
 /// Whether positions, texture coordinates and triangles are the same without it.
 bool isHarmless(std::string_view extension)
 {
@@ -137,7 +154,7 @@ void checkExtensions(const std::vector<std::string>& extensions)
 tinygltf::Model load(const std::string& bytes, const std::string& directory)
 {
     if (bytes.size() > std::numeric_limits<unsigned>::max()) throw ModelProblem("is too large (4 GiB or more)");
-    if (isBinary(bytes) && bytes.compare(4, 4, std::string("\1\0\0\0", 4)) == 0) checkVersion("1.0");
+    if (isBinary(bytes)) checkParts(bytes);
     checkDepth(bytes);
     ModelDirectory files{directory, ""};
     tinygltf::TinyGLTF loader;

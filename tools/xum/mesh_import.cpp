@@ -27,7 +27,7 @@ namespace {
 template <class Value>
 bool writeValues(ReplacementFile& out, const std::vector<Value>& values)
 {
-    return out.write(values.data(), values.size() * sizeof(Value));
+    return values.empty() || out.write(values.data(), values.size() * sizeof(Value)); // fwrite takes no null
 }
 
 bool writeMesh(const Mesh& mesh, const std::string& place)
@@ -87,21 +87,12 @@ std::string extensionOf(const fs::path& path)
 void readModel(const fs::path& path, Model& out)
 {
     const std::string extension = extensionOf(path);
-    if (extension == ".obj") {
-#ifdef XUM_HAS_OBJ
+    if (extension == ".obj")
         readObjModel(readModelFile(path), out);
-#else
-        throw ModelProblem("this xum was built without tinyobjloader, and reads no OBJ files");
-#endif
-    } else if (extension == ".gltf" || extension == ".glb") {
-#ifdef XUM_HAS_GLTF
+    else if (extension == ".gltf" || extension == ".glb")
         readGltfModel(readModelFile(path), path.parent_path().string(), out);
-#else
-        throw ModelProblem("this xum was built without tinygltf, and reads no glTF files");
-#endif
-    } else {
+    else
         throw ModelProblem("has none of the extensions .obj, .gltf and .glb");
-    }
 }
 
 bool isFinite(const Vector3<float>& v)

@@ -21,3 +21,19 @@ void Model::note(const std::string& text)
 {
     if (noted.insert(text).second) notes.push_back(text);
 }
+
+// ---- formats whose loaders are not there --------------------------------------------------------------------------
+
+#ifndef XUM_HAS_OBJ
+void readObjModel(const std::string& /*text*/, Model& /*out*/)
+{
+    throw ModelProblem("this xum was built without tinyobjloader, and reads no OBJ files");
+}
+#endif
+
+#ifndef XUM_HAS_GLTF
+void readGltfModel(const std::string& /*bytes*/, const std::string& /*directory*/, Model& /*out*/)
+{
+    throw ModelProblem("this xum was built without tinygltf, and reads no glTF files");
+}
+#endif
