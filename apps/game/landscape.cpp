@@ -15,6 +15,7 @@ using OwnedScripts = Owned<Engine, ScriptingDevice, &Engine::destroyScriptingDev
 constexpr int halfSize = 40; // cells
 constexpr int spacing = 3;
 constexpr int smoothPasses = 2;
+constexpr double highest = 10000; // no number at all is no height either
 
 const char* const scriptDirectory = "lisp/";
 const char* const baseScripts[] = {"base/base.lisp", "engine.lisp", "editor.lisp", "game.lisp"};
@@ -61,17 +62,18 @@ std::unique_ptr<Terrain> makeLandscape(Engine& engine, GameData& data)
     if (!scripts->loadScript("landscape") || !error.empty()) fail();
 
     const auto shape = [&](int, int, const Vector3<float>& position) {
+        if (!error.empty()) return position; // nothing is thrown through the engine
         const std::string call = "(ground-height " + std::to_string(static_cast<int>(position.x)) + ".0 " +
                                  std::to_string(static_cast<int>(position.y)) + ".0)";
         ScriptValue height;
         const bool isRead = evaluateScript(scripts.get(), call, height);
-        if (error.empty() &&
-            (!isRead || height.getType() != ScriptValueType::Float || !std::isfinite(height.getFloat())))
-            error = call + " gives no height";
-        if (!error.empty()) fail();
+        const bool isHeight =
+            isRead && height.getType() == ScriptValueType::Float && std::fabs(height.getFloat()) < highest;
+        if (error.empty() && !isHeight) error = call + " gives no height";
         return Vector3<float>(position.x, position.y, static_cast<float>(height.getFloat()));
     };
     auto terrain = std::make_unique<Terrain>(halfSize, halfSize, spacing);
     terrain->modify(shape, smoothPasses);
+    if (!error.empty()) fail();
     return terrain;
 }

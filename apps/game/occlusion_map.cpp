@@ -89,7 +89,7 @@ void OcclusionMap::fill(const std::vector<Projected>& corners)
             if (!isFilled(middleX, middleY)) continue;
             const auto depth =
                 static_cast<float>(c.depth + slopeX * (middleX - c.x) + slopeY * (middleY - c.y) - farther);
-            if (buffer.test(x, y, depth)) depths[static_cast<std::size_t>(y * width + x)] = depth;
+            if (buffer.test(x, y, depth)) depths[indexOf(x, y)] = depth;
         }
     }
 }

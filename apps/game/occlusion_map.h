@@ -25,12 +25,17 @@ public:
     bool isHidden(const Box& box) const;
 
     /// 1 / distance along the view at a pixel, counted from the bottom left; 0 where nothing hides anything.
-    float getDepth(int x, int y) const { return depths[static_cast<std::size_t>(y * width + x)]; }
+    float getDepth(int x, int y) const { return depths[indexOf(x, y)]; }
 
     /// As 8-bit RGBA, bottom row first: the nearer the brighter.
     std::vector<unsigned char> makePicture() const;
 
 private:
+    static constexpr std::size_t indexOf(int x, int y)
+    {
+        return static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x);
+    }
+
     struct Projected {
         double x;
         double y;

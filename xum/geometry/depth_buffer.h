@@ -32,7 +32,9 @@ public:
     bool test(int x, int y, float depth)
     {
         assert(x >= 0 && y >= 0 && x < width && y < height);
-        float* const tile = tiles[static_cast<std::size_t>((y >> tileShiftY) * tilesPerRow + (x >> tileShiftX))];
+        const auto row = static_cast<std::size_t>(y >> tileShiftY);
+        float* const tile =
+            tiles[row * static_cast<std::size_t>(tilesPerRow) + static_cast<std::size_t>(x >> tileShiftX)];
         float& stored = tile[((y & (tileHeight - 1)) << tileShiftX) + (x & (tileWidth - 1))];
         if (!(depth > stored)) return false;
         stored = depth;
