@@ -1,18 +1,18 @@
 #!/usr/bin/python3
-"""Writes the mesh of the demo, data/meshes/urn.mesh, always the same bytes.
+"""Writes the model of the demo's urn, data/meshes/urn.obj, always the same bytes.
 
-Run it from anywhere:
+Run it from anywhere, then import the model:
 
     tools/make_demo_mesh.py
+    xum mesh import --up z data/meshes/urn.obj data/meshes/urn.mesh
 
 An urn of stone with its foot at the origin, 1 unit high: a profile turned about the vertical axis.
 """
 
 import math
 import pathlib
-import struct
 
-OUTPUT = pathlib.Path(__file__).resolve().parent.parent / "data" / "meshes" / "urn.mesh"
+OUTPUT = pathlib.Path(__file__).resolve().parent.parent / "data" / "meshes" / "urn.obj"
 
 SIDES = 24
 # Radius and height from the middle of the foot, up the outside, over the rim and down to the bottom inside.
@@ -40,15 +40,16 @@ def make_urn():
     return positions, coordinates, indexes
 
 
-def mesh_file(positions, coordinates, indexes):
-    parts = [b"!XumMesh", struct.pack("<6I", 0, len(positions), len(coordinates), len(indexes), 0, 0)]
-    parts += [struct.pack("<3f", *position) for position in positions]
-    parts += [struct.pack("<2f", *coordinate) for coordinate in coordinates]
-    parts.append(struct.pack(f"<{len(indexes)}i", *indexes))
-    return b"".join(parts)
+def model_text(positions, coordinates, indexes):
+    """As OBJ counts: from 1, and texture coordinates upwards."""
+    lines = ["v %.6f %.6f %.6f" % position for position in positions]
+    lines += ["vt %.6f %.6f" % (u, 1 - v) for u, v in coordinates]
+    for triangle in zip(*[iter(indexes)] * 3):
+        lines.append("f " + " ".join("%d/%d" % (index + 1, index + 1) for index in triangle))
+    return "\n".join(lines) + "\n"
 
 
 if __name__ == "__main__":
     OUTPUT.parent.mkdir(parents=True, exist_ok=True)
-    OUTPUT.write_bytes(mesh_file(*make_urn()))
+    OUTPUT.write_text(model_text(*make_urn()))
     print(f"{OUTPUT}: {OUTPUT.stat().st_size} bytes")

@@ -172,6 +172,16 @@ TEST_F(World, mapIsWhatItsDescriptionCompilesTo)
     ASSERT_EQ(run.status, 0) << run.errors;
     EXPECT_TRUE(fileContents(compiled) == fileContents(XUM_DATA_DIRECTORY "/maps/gatehouse.map"));
 }
+
+TEST_F(World, meshIsWhatItsModelImportsTo)
+{
+    const std::string imported = directory + "imported.mesh";
+    const ProgramRun run =
+        runProgram(XUM_PROGRAM, "mesh import --up z \"" XUM_DATA_DIRECTORY "/meshes/urn.obj\" \"" + imported + "\"");
+    if (run.errors.find("built without") != std::string::npos) GTEST_SKIP() << run.errors;
+    ASSERT_EQ(run.status, 0) << run.errors;
+    EXPECT_TRUE(fileContents(imported) == fileContents(XUM_DATA_DIRECTORY "/meshes/urn.mesh"));
+}
 #endif
 
 TEST_F(World, sceneGetsLandLevelLampsAndUrns)
