@@ -131,6 +131,19 @@ TEST(DataRoot, movesWithTheLibrary)
     expectLibraryToAnswer(prefix, data.string() + "/");
 }
 
+TEST(DataRoot, isBesideTheLibraryAlsoThroughALink)
+{
+    if (fs::is_directory(XUM_TEST_COMPILED_DATA_ROOT)) GTEST_SKIP() << "the compiled-in directory exists and wins";
+    const fs::path prefix = testDirectory() / "linked";
+    const fs::path data = prefix / "usr" / XUM_TEST_DATA_DIRECTORY;
+    const fs::path libraries = XUM_TEST_LIBRARY_DIRECTORY;
+    fs::create_directories(data);
+    fs::create_directories(prefix / "usr" / libraries);
+    const fs::path link = prefix / *libraries.begin(); // as /lib leads to /usr/lib on many systems
+    if (!fs::exists(link)) fs::create_directory_symlink("usr" / *libraries.begin(), link);
+    expectLibraryToAnswer(prefix, data.string() + "/");
+}
+
 TEST(DataRoot, isTheCompiledInOneWhenThereIsNone)
 {
     const std::string compiledIn = fs::path(XUM_TEST_COMPILED_DATA_ROOT).lexically_normal().string();

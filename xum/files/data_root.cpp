@@ -112,8 +112,8 @@ std::string defaultDataRoot()
     const fs::path compiledIn = XUM_COMPILED_DATA_ROOT;
     if (isDirectory(compiledIn)) return asDirectory(compiledIn);
 
-    const fs::path library = libraryDirectory();
-    if (!library.empty() && isDirectory(library / XUM_RELATIVE_DATA_ROOT))
-        return asDirectory(library / XUM_RELATIVE_DATA_ROOT);
-    return asDirectory(compiledIn);
+    std::error_code failure;
+    const fs::path library = fs::canonical(libraryDirectory(), failure); // it may be reached through links
+    const fs::path besideLibrary = (library / XUM_RELATIVE_DATA_ROOT).lexically_normal();
+    return asDirectory(!failure && isDirectory(besideLibrary) ? besideLibrary : compiledIn);
 }
