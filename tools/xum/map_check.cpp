@@ -18,9 +18,9 @@
 namespace {
 
 constexpr std::size_t mostLines = 100;
-constexpr double tolerance = 1e-3;             // world units near the origin
-constexpr double normalTolerance = 1e-4;       // of the length of a normal
-constexpr std::size_t mostPlanes = 4096;       // of a brush: the work grows with the square
+constexpr double tolerance = 1e-3;                   // world units near the origin
+constexpr double normalTolerance = 1e-4;             // of the length of a normal
+constexpr std::size_t mostPlanes = 4096;             // of a brush: the work grows with the square
 constexpr std::uint64_t mostComparisons = 100000000; // of vertices with planes: a second at most
 constexpr double fullTurn = 6.283185307179586;
 

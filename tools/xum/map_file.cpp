@@ -113,7 +113,8 @@ std::unique_ptr<CompiledMap> readMap(const std::vector<char>& bytes, std::string
         map->getBSPMeshes().append(mesh);
     }
     problem = "is damaged: there are " + std::to_string(in.countLeft()) + " bytes behind the last mesh";
-    return in.countLeft() == 0 ? std::move(map) : nullptr;
+    if (in.countLeft() != 0) return nullptr;
+    return map;
 }
 
 } // namespace

@@ -73,7 +73,7 @@ std::list<ConfigSection*> ConfigSection::getSections(const std::string& path) co
     std::list<ConfigSection*> found;
     if (section->sections) {
         const auto& list = *section->sections;
-        for (std::uint32_t i = list.find(rest); i != list.none; i = list.findNext(i))
+        for (std::uint32_t i = list.find(rest); i != ConfigItemList<ConfigSection>::none; i = list.findNext(i))
             found.push_back(list.getItems()[i]);
     }
     if (found.empty()) error("ConfigSection::getSections() -> section not found! (" + std::string(rest) + ")!");

@@ -85,7 +85,7 @@ private:
     void putEntry(std::unique_ptr<ConfigEntry> entry);
     bool isOwned() const { return parent != nullptr || belongsToFile; }
     bool isPartOf(const ConfigSection* section) const;
-    const ConfigSection* findSection(std::string_view name) const;
+    const ConfigSection* findSection(std::string_view wanted) const;
 
     std::string name;
     ConfigSection* parent = nullptr;
