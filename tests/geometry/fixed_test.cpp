@@ -44,6 +44,13 @@ TEST(Fixed, printsTheRawValueInDecimal)
     EXPECT_EQ(printed(Fixed(std::numeric_limits<std::int32_t>::min())), "Fixed(-2147483648)\n");
 }
 
+TEST(Fixed, printsInDecimalWhateverTheStreamIsSetTo)
+{
+    std::ostringstream stream;
+    stream << std::hex << std::showpos << Fixed(255);
+    EXPECT_EQ(stream.str(), "Fixed(255)\n");
+}
+
 TEST(Fixed, flushesOnceBehindTheNewline)
 {
     FlushCounter buffer;

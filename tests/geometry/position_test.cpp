@@ -52,6 +52,13 @@ TEST(Position, printsItsComponentsInDecimal)
               "Position(-1, 2147483647, -2147483648)\n");
 }
 
+TEST(Position, printsInDecimalWhateverTheStreamIsSetTo)
+{
+    std::ostringstream stream;
+    stream << std::hex << std::showpos << Position(255, 16, -1);
+    EXPECT_EQ(stream.str(), "Position(255, 16, -1)\n");
+}
+
 TEST(Position, flushesOnceBehindTheNewline)
 {
     FlushCounter buffer;

@@ -259,6 +259,18 @@ TEST(Terrain, whatTheFunctionThrowsPassesThrough)
     EXPECT_THROW(terrain.modify(give, 1), int);
 }
 
+TEST(Terrain, boundingBoxFitsAlsoWhenTheFunctionThrows)
+{
+    Terrain terrain(1, 1, 1);
+    const auto give = [](int x, int y, const Vector3<float>& position) {
+        if (x == 1 && y == 1) throw 7;
+        return Vector3<float>(position.x, position.y, 99);
+    };
+    EXPECT_THROW(terrain.modify(give, 1), int);
+    EXPECT_EQ(heightsOf(terrain), (std::vector<float>{99, 99, 99, 99, 0, 0, 0, 0, 0})) << "nothing is smoothed";
+    EXPECT_EQ(terrain.getBoundingBox(), Box({-1, -1, 0}, {1, 1, 99}));
+}
+
 TEST(Terrain, smoothingSpreadsAHillToItsNeighbours)
 {
     Terrain terrain(2, 2, 1);
