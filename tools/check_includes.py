@@ -51,6 +51,7 @@ LAYERS = {
         geometry/camera
         geometry/clipper
         geometry/compiled_map
+        geometry/compiled_map_format
         geometry/depth_buffer
         geometry/frustum
         geometry/map_grid

@@ -5,6 +5,7 @@
 #include <xum/files/read_file.h>
 #include <xum/files/serializer.h>
 #include <xum/geometry/compiled_map.h>
+#include <xum/geometry/compiled_map_format.h>
 #include <xum/geometry/serialized_values.h>
 
 #include <algorithm>
@@ -13,13 +14,12 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <string_view>
 #include <vector>
 
 namespace {
 
-constexpr std::string_view magic = "!XumMap";
-constexpr std::size_t headerSize = 12;
+using CompiledMapFormat::headerSize;
+using CompiledMapFormat::magic;
 
 class ReplacementSerializer final : public Serializer {
 public:
@@ -35,24 +35,6 @@ private:
     ReplacementFile& file;
     bool hasFailed = false;
 };
-
-void writeText(Serializer& out, const std::string& text)
-{
-    writeValue(out, static_cast<std::uint32_t>(text.size()));
-    writeValues(out, text.data(), text.size());
-}
-
-void writeMap(Serializer& out, const CompiledMap& map)
-{
-    std::array<char, headerSize> header = {};
-    std::copy(magic.begin(), magic.end(), header.begin());
-    writeValues(out, header.data(), header.size());
-    writeText(out, map.getFirst());
-    writeText(out, map.getSecond());
-    writeValue(out, map.getBSPMeshes().getCount());
-    for (const BSPMesh* mesh = map.getBSPMeshes().getFirst(); mesh != nullptr; mesh = mesh->getNext())
-        mesh->serialize(out);
-}
 
 /// A read behind the end is a failure, which no file can tell.
 class BytesDeserializer final : public Deserializer {
@@ -123,7 +105,7 @@ std::string writeMapFile(const std::string& fileName, const CompiledMap& map)
 {
     ReplacementFile file(behindLinks(fileName));
     ReplacementSerializer out(file);
-    writeMap(out, map);
+    writeCompiledMap(out, map);
     return file.finish() ? "" : file.getProblem();
 }
 

@@ -1,17 +1,18 @@
 #include <xum/geometry/compiled_map.h>
 
 #include <xum/files/file_serializer.h>
+#include <xum/geometry/compiled_map_format.h>
 #include <xum/geometry/serialized_values.h>
 
 #include <cstring>
 #include <memory>
 #include <new>
-#include <string_view>
 
 namespace {
 
-constexpr std::string_view magic = "!XumMap";
-constexpr std::size_t headerSize = 12;
+using CompiledMapFormat::headerSize;
+using CompiledMapFormat::magic;
+
 constexpr std::uint64_t smallestMeshSize = 26;
 constexpr std::uint64_t unquestionedSize = 64U << 20; // bytes that a count may ask for beyond the end of the file
 
@@ -54,7 +55,9 @@ std::unique_ptr<CompiledMap> readMap(FileDeserializer& in)
     return map;
 }
 
-bool writeMap(FileSerializer& out, const CompiledMap& map)
+} // namespace
+
+bool writeCompiledMap(Serializer& out, const CompiledMap& map)
 {
     char header[headerSize] = {};
     std::memcpy(header, magic.data(), magic.size());
@@ -64,11 +67,8 @@ bool writeMap(FileSerializer& out, const CompiledMap& map)
     writeValue(out, map.getBSPMeshes().getCount());
     for (const BSPMesh* mesh = map.getBSPMeshes().getFirst(); mesh != nullptr; mesh = mesh->getNext())
         if (!mesh->serialize(out)) return false;
-    out.flush();
     return !out.failed();
 }
-
-} // namespace
 
 CompiledMap::CompiledMap(const std::string& first, const std::string& second) : first(first), second(second) {}
 
@@ -78,7 +78,9 @@ bool CompiledMap::writeToFile(const std::string& path) const
 {
     try {
         FileSerializer out(path);
-        return writeMap(out, *this);
+        if (!writeCompiledMap(out, *this)) return false;
+        out.flush();
+        return !out.failed();
     } catch (const std::bad_alloc&) {
         return false;
     }
