@@ -7,6 +7,7 @@
 
 #include <xum/files/file.h>
 #include <xum/geometry/mesh.h>
+#include <xum/geometry/mesh_file_format.h>
 
 #include <cctype>
 #include <cmath>
@@ -33,14 +34,11 @@ bool writeValues(ReplacementFile& out, const std::vector<Value>& values)
 bool writeMesh(const Mesh& mesh, const std::string& place)
 {
     ReplacementFile out(behindLinks(place));
-    const std::vector<char> magic = {'!', 'X', 'u', 'm', 'M', 'e', 's', 'h'};
-    const std::vector<std::int32_t> counts = {0,
-                                              static_cast<std::int32_t>(mesh.getPositions().size()),
-                                              static_cast<std::int32_t>(mesh.getTextureCoordinates().size()),
-                                              static_cast<std::int32_t>(mesh.getIndexes().size()),
-                                              0,
-                                              0};
-    if (writeValues(out, magic) && writeValues(out, counts) && writeValues(out, mesh.getPositions()) &&
+    MeshFileHeader header;
+    header.positions = static_cast<std::int32_t>(mesh.getPositions().size());
+    header.textureCoordinates = static_cast<std::int32_t>(mesh.getTextureCoordinates().size());
+    header.indexes = static_cast<std::int32_t>(mesh.getIndexes().size());
+    if (out.write(&header, sizeof header) && writeValues(out, mesh.getPositions()) &&
         writeValues(out, mesh.getTextureCoordinates()) && writeValues(out, mesh.getIndexes()) && out.finish())
         return true;
     report(printable(place) + ": " + out.getProblem());

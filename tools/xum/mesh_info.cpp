@@ -6,6 +6,7 @@
 #include <xum/files/file.h>
 #include <xum/geometry/box.h>
 #include <xum/geometry/mesh.h>
+#include <xum/geometry/mesh_file_format.h>
 
 #include <algorithm>
 #include <array>
@@ -22,26 +23,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr std::size_t headerSize = 32;
-
-struct Header {
-    char magic[8];
-    std::int32_t reserved;
-    std::int32_t positions;
-    std::int32_t textureCoordinates;
-    std::int32_t indexes;
-    std::int32_t unused[2];
-
-    bool areNegative() const { return positions < 0 || textureCoordinates < 0 || indexes < 0; }
-
-    std::uint64_t getFileSize() const
-    {
-        return headerSize + 12 * static_cast<std::uint64_t>(positions) +
-               8 * static_cast<std::uint64_t>(textureCoordinates) + 4 * static_cast<std::uint64_t>(indexes);
-    }
-};
-static_assert(sizeof(Header) == headerSize);
 
 using Triangle = std::array<std::size_t, 3>;
 
@@ -70,6 +51,9 @@ private:
         return false;
     }
 
+    /// Of the file, as its header has it.
+    std::uint64_t getWholeSize() const { return sizeof header + header.getArraySize(); }
+
     bool readHeader()
     {
         std::error_code failure;
@@ -79,12 +63,13 @@ private:
         InputFile file(path);
         if (!file.isOpen()) return fail("cannot be opened");
         fileSize = file.getSize();
-        file.read(&header, headerSize);
-        if (std::memcmp(header.magic, "!XumMesh", sizeof header.magic) != 0) return fail("is no mesh file");
-        if (fileSize < headerSize) return fail("ends within its header");
-        if (header.areNegative()) return fail("has a count below 0");
-        if (header.getFileSize() > fileSize)
-            return fail("ends at byte " + std::to_string(fileSize) + " of " + std::to_string(header.getFileSize()));
+        std::memset(header.magic, 0, sizeof header.magic); // what cannot be read is no magic
+        file.read(&header, sizeof header);
+        if (!header.hasMagic()) return fail("is no mesh file");
+        if (fileSize < sizeof header) return fail("ends within its header");
+        if (header.hasNegativeCount()) return fail("has a count below 0");
+        if (getWholeSize() > fileSize)
+            return fail("ends at byte " + std::to_string(fileSize) + " of " + std::to_string(getWholeSize()));
         return true;
     }
 
@@ -120,8 +105,8 @@ private:
         if (coordinates != 0 && coordinates != positions)
             note("the texture coordinates are not used, as there is not one for each position");
         if (indexes % 3 != 0) note("the last indexes are no whole triangle");
-        if (fileSize > header.getFileSize())
-            note(std::to_string(fileSize - header.getFileSize()) + " bytes behind the end are not used");
+        if (fileSize > getWholeSize())
+            note(std::to_string(fileSize - getWholeSize()) + " bytes behind the end are not used");
     }
 
     void printBounds()
@@ -216,7 +201,7 @@ private:
     }
 
     const std::string& path;
-    Header header = {};
+    MeshFileHeader header;
     std::uint64_t fileSize = 0;
     std::unique_ptr<Mesh> mesh;
     std::vector<Triangle> triangles;

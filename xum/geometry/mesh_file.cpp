@@ -1,35 +1,17 @@
 #include <xum/files/file_serializer.h>
 #include <xum/geometry/mesh.h>
+#include <xum/geometry/mesh_file_format.h>
 #include <xum/geometry/serialized_values.h>
 
 #include <cstring>
 #include <memory>
 #include <new>
-#include <string_view>
 #include <utility>
 
 namespace {
 
-constexpr std::string_view magic = "!XumMesh";
-constexpr std::size_t headerSize = 12;
-constexpr std::uint64_t unquestionedSize = 64U << 20; // bytes that the counts may ask for beyond the end of the file
-
-struct Counts {
-    std::int32_t positions;
-    std::int32_t textureCoordinates;
-    std::int32_t indexes;
-    std::int32_t reserved[2];
-
-    bool areNegative() const { return positions < 0 || textureCoordinates < 0 || indexes < 0; }
-
-    /// Of the arrays, in bytes.
-    std::uint64_t getSize() const
-    {
-        return static_cast<std::uint64_t>(positions) * sizeof(Vector3<float>) +
-               static_cast<std::uint64_t>(textureCoordinates) * sizeof(Vector2<float>) +
-               static_cast<std::uint64_t>(indexes) * sizeof(std::int32_t);
-    }
-};
+// Bytes that the counts may ask for beyond the end of the file.
+constexpr std::uint64_t unquestionedSize = 64U << 20;
 
 struct Arrays {
     std::vector<Vector3<float>> positions;
@@ -37,7 +19,7 @@ struct Arrays {
     std::vector<int> indexes;
 };
 
-void readZeroExtended(Deserializer& in, const Counts& counts, Arrays& arrays)
+void readZeroExtended(Deserializer& in, const MeshFileHeader& counts, Arrays& arrays)
 {
     const auto read = [&in](auto& values, std::int32_t count) {
         values.resize(static_cast<std::size_t>(count));
@@ -49,15 +31,15 @@ void readZeroExtended(Deserializer& in, const Counts& counts, Arrays& arrays)
 }
 
 /// False for more than there is.
-bool readArrays(FileDeserializer& in, const Counts& counts, Arrays& arrays)
+bool readArrays(FileDeserializer& in, const MeshFileHeader& counts, Arrays& arrays)
 {
-    if (counts.getSize() > unquestionedSize) {
+    if (counts.getArraySize() > unquestionedSize) {
         if (in.getRemaining() == FileDeserializer::unknownRemaining)
             return readArrivingValues(in, arrays.positions, static_cast<std::size_t>(counts.positions)) &&
                    readArrivingValues(in, arrays.textureCoordinates,
                                       static_cast<std::size_t>(counts.textureCoordinates)) &&
                    readArrivingValues(in, arrays.indexes, static_cast<std::size_t>(counts.indexes));
-        if (counts.getSize() > in.getRemaining()) return false;
+        if (counts.getArraySize() > in.getRemaining()) return false;
     }
     readZeroExtended(in, counts, arrays);
     return true;
@@ -69,12 +51,12 @@ Mesh* loadMesh(const std::string& path)
 {
     try {
         FileDeserializer in(path);
-        char header[headerSize] = {};
-        readValues(in, header, headerSize);
-        if (std::memcmp(header, magic.data(), magic.size()) != 0) return nullptr;
-        const auto counts = readValue<Counts>(in);
+        MeshFileHeader header;
+        std::memset(header.magic, 0, sizeof header.magic); // what cannot be read is no magic
+        readValues(in, &header, 1);
+        if (!header.hasMagic()) return nullptr;
         Arrays arrays;
-        if (counts.areNegative() || !readArrays(in, counts, arrays) || in.failed()) return nullptr;
+        if (header.hasNegativeCount() || !readArrays(in, header, arrays) || in.failed()) return nullptr;
         return new Mesh(std::move(arrays.positions), std::move(arrays.textureCoordinates), std::move(arrays.indexes));
     } catch (const std::bad_alloc&) {
         return nullptr;
