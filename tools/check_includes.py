@@ -59,7 +59,6 @@ LAYERS = {
         geometry/mesh_*
         geometry/polygon
         geometry/serialized_values
-        geometry/short_vectors
         geometry/sphere_mesh
         geometry/static_vertex_buffer
         geometry/terrain*
@@ -80,6 +79,7 @@ LAYERS = {
         files/program_description
         files/read_file
         files/resource_*
+        render/owned_vertex_buffer
     """,
     # Interfaces that devices implement.
     2: """
@@ -123,6 +123,7 @@ LAYERS = {
         geometry/plane
         geometry/position
         geometry/random
+        geometry/short_vectors
         geometry/vector
         render/render_types
     """,

@@ -44,8 +44,13 @@
 #include <xum/geometry/vector.h>
 #include <xum/lisp/script_host.h>
 #include <xum/lisp/scripting_device.h>
+#include <xum/render/debug_shapes.h>
+#include <xum/render/font.h>
 #include <xum/render/image.h>
+#include <xum/render/image_font.h>
+#include <xum/render/light.h>
 #include <xum/render/program.h>
+#include <xum/render/quad.h>
 #include <xum/render/render_device.h>
 #include <xum/render/render_target.h>
 #include <xum/render/render_types.h>

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <xum/render/render_device.h>
+#include <xum/render/owned_vertex_buffer.h>
 #include <xum/render/vertex_buffer.h>
 
-#include <memory>
 #include <new>
 #include <vector>
 
@@ -12,10 +11,8 @@
 template <class Fill>
 VertexBuffer* makeStaticVertexBuffer(RenderDevice* device, Fill fill)
 {
-    if (device == nullptr) return nullptr;
-    const auto destroy = [device](VertexBuffer* buffer) { device->destroyVertexBuffer(buffer); };
     try {
-        std::unique_ptr<VertexBuffer, decltype(destroy)> buffer(device->createVertexBuffer(false), destroy);
+        OwnedVertexBuffer buffer = makeVertexBuffer(device, false);
         if (buffer) fill(*buffer);
         return buffer.release();
     } catch (const std::bad_alloc&) {
