@@ -1,5 +1,7 @@
 #include "recording_render_device.h"
 
+#include <xum/render/image.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,9 +20,16 @@ std::string describe(const char* call, const Values&... values)
 
 } // namespace
 
+bool RecordingVertexBuffer::isRecorded() const
+{
+    EXPECT_FALSE(isHandedBack);
+    return device->isRecording;
+}
+
 template <class Values>
 void RecordingVertexBuffer::keep(const char* call, int location, const Values& values)
 {
+    if (!isRecorded()) return;
     using Value = typename Values::value_type;
     constexpr int components = sizeof(Value) / sizeof(float);
     calls.push_back(describe(call, location, "Vector" + std::to_string(components), "x", values.size()));
@@ -68,34 +77,82 @@ void RecordingVertexBuffer::setAttributeFrom(int location, const std::list<Vecto
 
 void RecordingVertexBuffer::setIndices(const std::vector<unsigned int>& values)
 {
+    if (!isRecorded()) return;
     calls.push_back(describe("setIndices", values.size()));
     indices = values;
 }
 
+void RecordingVertexBuffer::keepDraw(const char* call, int first, int count)
+{
+    if (!isRecorded()) return;
+    calls.push_back(describe(call, first, count));
+    drawnTexture = device->firstUnit;
+}
+
 void RecordingVertexBuffer::drawLines(int first, int count)
 {
-    calls.push_back(describe("drawLines", first, count));
+    keepDraw("drawLines", first, count);
 }
 
 void RecordingVertexBuffer::drawTriangles(int first, int count)
 {
-    calls.push_back(describe("drawTriangles", first, count));
+    keepDraw("drawTriangles", first, count);
 }
 
 void RecordingVertexBuffer::drawTriangleFan(int first, int count)
 {
-    calls.push_back(describe("drawTriangleFan", first, count));
+    keepDraw("drawTriangleFan", first, count);
+}
+
+template <class... Values>
+void RecordingTexture::record(const char* call, const Values&... values) const
+{
+    EXPECT_FALSE(isHandedBack);
+    device->record("texture", number, call, values...);
+}
+
+void RecordingTexture::setFilter(TextureFilter::Type newFilter)
+{
+    record("setFilter", static_cast<int>(newFilter));
+    filter = newFilter;
+}
+
+void RecordingTexture::setClamp(bool newClampS, bool newClampT)
+{
+    record("setClamp", newClampS, newClampT);
+    clampS = newClampS;
+    clampT = newClampT;
+}
+
+void RecordingTexture::update(const void* rgbaPixels)
+{
+    record("update");
+    const auto* const bytes = static_cast<const unsigned char*>(rgbaPixels);
+    const std::size_t size = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
+    pixels.assign(bytes, bytes == nullptr ? nullptr : bytes + size);
+}
+
+Image* RecordingTexture::toImage(bool flipVertically)
+{
+    record("toImage", flipVertically);
+    auto* const image = new Image(width, height, 0, nullptr, pixels.empty() ? nullptr : pixels.data(), false);
+    for (int y = 0; flipVertically && y < height / 2; ++y) {
+        Pixel* const row = image->getPixels() + static_cast<std::ptrdiff_t>(y) * width;
+        std::swap_ranges(row, row + width, image->getPixels() + static_cast<std::ptrdiff_t>(height - 1 - y) * width);
+    }
+    return image;
 }
 
 template <class... Values>
 void RecordingRenderDevice::record(const char* call, const Values&... values)
 {
-    calls.push_back(describe(call, values...));
+    if (isRecording) calls.push_back(describe(call, values...));
 }
 
 template <class Values>
 RenderDevice& RecordingRenderDevice::recordUniform(const std::string& name, const char* type, const Values& value)
 {
+    if (!isRecording) return *this;
     std::string text = describe("setUniform", name, type);
     if constexpr (std::is_arithmetic_v<Values>) {
         text += describe("", value);
@@ -110,6 +167,7 @@ RenderDevice& RecordingRenderDevice::recordUniform(const std::string& name, cons
 RecordingRenderDevice::~RecordingRenderDevice()
 {
     EXPECT_TRUE(buffers.empty()) << buffers.size() << " vertex buffers were not handed back";
+    EXPECT_TRUE(textures.empty()) << textures.size() << " textures were not handed back";
 }
 
 void RecordingRenderDevice::makeCurrent(Window*)
@@ -158,31 +216,45 @@ void RecordingRenderDevice::destroyProgram(Program*)
     record("destroyProgram");
 }
 
+/// Moves it from one list to the other, without memory.
+template <class Resource, class Interface>
+void RecordingRenderDevice::handBack(std::list<Resource>& living, std::list<Resource>& former, Interface* resource)
+{
+    if (resource == nullptr) return;
+    const auto found = std::find_if(living.begin(), living.end(), [resource](const Resource& made) {
+        return static_cast<const Interface*>(&made) == resource;
+    });
+    if (found == living.end()) {
+        ADD_FAILURE() << "handed back to a device that has not made it, or once too often";
+        return;
+    }
+    found->isHandedBack = true;
+    former.splice(former.end(), living, found);
+}
+
 Texture* RecordingRenderDevice::createTexture(int width, int height, bool mipmaps)
 {
     record("createTexture", width, height, mipmaps);
-    return nullptr;
+    if (!makesResources) return nullptr;
+    return &textures.emplace_back(*this, ++textureCount, width, height, mipmaps);
 }
 
-void RecordingRenderDevice::destroyTexture(Texture*)
+void RecordingRenderDevice::destroyTexture(Texture* texture)
 {
-    record("destroyTexture");
+    handBack(textures, formerTextures, texture);
+    if (texture != nullptr) firstUnit = nullptr;
 }
 
 VertexBuffer* RecordingRenderDevice::createVertexBuffer(bool dynamic)
 {
     record("createVertexBuffer", dynamic);
-    buffers.push_back(std::make_unique<RecordingVertexBuffer>(dynamic));
-    return buffers.back().get();
+    if (!makesResources) return nullptr;
+    return &buffers.emplace_back(*this, dynamic);
 }
 
 void RecordingRenderDevice::destroyVertexBuffer(VertexBuffer* buffer)
 {
-    const auto found = std::find_if(buffers.begin(), buffers.end(), [buffer](const auto& owned) {
-        return static_cast<VertexBuffer*>(owned.get()) == buffer;
-    });
-    EXPECT_TRUE(buffer == nullptr || found != buffers.end()) << "a buffer that is not this device's";
-    if (found != buffers.end()) buffers.erase(found);
+    handBack(buffers, formerBuffers, buffer);
 }
 
 void RecordingRenderDevice::setViewport(int x, int y, int width, int height, int screenHeight)
@@ -220,9 +292,13 @@ void RecordingRenderDevice::useProgram(Program*)
     record("useProgram");
 }
 
-void RecordingRenderDevice::bindTexture(int unit, Texture*)
+void RecordingRenderDevice::bindTexture(int unit, Texture* texture)
 {
-    record("bindTexture", unit);
+    if (texture == nullptr)
+        record("bindTexture", unit, "null");
+    else
+        record("bindTexture", unit, "texture", texture->getHandle());
+    if (unit == 0 && texture != nullptr) firstUnit = texture;
 }
 
 void RecordingRenderDevice::setDepthFunction(DepthFunction function)
