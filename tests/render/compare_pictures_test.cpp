@@ -30,7 +30,16 @@ TEST(ComparePictures, maximumAndMeanCountAllChannels)
     writeGrey("b.bmp", 4, 2, {7, 20, 39, 255});
     const PictureDifference difference = comparePictures("a.bmp", "b.bmp", "difference.bmp");
     EXPECT_EQ(difference.maximum, 9);
-    EXPECT_DOUBLE_EQ(difference.mean, 12.0 / (3 * 8));
+    EXPECT_DOUBLE_EQ(difference.mean, 12.0 / (4 * 8));
+}
+
+TEST(ComparePictures, differenceInAlphaCountsAndIsGrey)
+{
+    writeGrey("a.bmp", 4, 2, {10, 20, 30, 255});
+    writeGrey("b.bmp", 4, 2, {10, 20, 30, 250});
+    const PictureDifference difference = comparePictures("a.bmp", "b.bmp", "difference.bmp");
+    EXPECT_EQ(difference.maximum, 5);
+    EXPECT_EQ(difference.picture->getPixel(0, 0), (Pixel{40, 40, 40, 255}));
 }
 
 TEST(ComparePictures, differencePictureIsEightTimesAsStrong)
