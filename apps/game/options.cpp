@@ -24,6 +24,7 @@ Keys:
   Tab            solids or edges only
   C              leave out what is outside of the view or hidden, or draw all; the title tells how much
   O              show the coarse depth picture by which hidden things are found, or do not
+  L              the lamp above the courtyard shines, or does not
   P              write a picture, screenshot-001.bmp and so on, into the working directory
   N              no sound, or sound again
   Page Up, Down  louder, quieter
@@ -135,6 +136,8 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     parser.add_flag("--no-culling", drawsAll, "Draw what cannot be seen, too; the picture is the same");
     parser.add_flag("--occlusion", options.showsOcclusion,
                     "Show the coarse depth picture by which hidden things are found in a corner");
+    bool isDark = false;
+    parser.add_flag("--no-lamp", isDark, "Start without the lamp that circles above the courtyard");
     parser.add_flag("--walk", options.startsWalking, "Start on foot");
     parser.add_flag("--wireframe", options.startsAsWireframe, "Start with edges only");
 
@@ -150,6 +153,7 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     if (!view.empty()) readView(view, options.view.emplace());
     options.source.directory = asDirectory(dataDirectory);
     options.culls = !drawsAll;
+    options.hasLamp = !isDark;
     options.volume = Volume(volume, startsMute);
     return options;
 }

@@ -19,6 +19,7 @@ struct Options {
     bool culls = true;
     bool startsWalking = false;
     bool showsOcclusion = false;
+    bool hasLamp = true;
     Volume volume;
     std::optional<Viewpoint> view; ///< where the player starts, and all that an unattended run sees
 

@@ -47,6 +47,7 @@ public:
     {
         renderer.setCulling(options.culls);
         renderer.setOcclusionView(options.showsOcclusion);
+        renderer.setLamp(options.hasLamp);
         if (options.startsWalking) switchWalking();
     }
 
@@ -61,6 +62,7 @@ public:
             // A long pause, such as a window being dragged, must not throw the camera far away.
             moveCamera(std::min(static_cast<float>(time - lastTime) / 1000.0f, 0.1f));
             lastTime = time;
+            renderer.getLamp().setTime(static_cast<float>(time) / 1000.0f);
             sounds.update(camera, time);
             drawFrame(time);
         }
@@ -108,6 +110,7 @@ private:
         }
         if (cullingKey.isThrown(input)) renderer.setCulling(!renderer.isCullingOn());
         if (occlusionKey.isThrown(input)) renderer.setOcclusionView(!renderer.isOcclusionViewOn());
+        if (lampKey.isThrown(input)) renderer.setLamp(!renderer.isLampShining());
         if (pictureKey.isThrown(input)) savePicture();
         handleVolumeKeys();
     }
@@ -169,6 +172,7 @@ private:
     Switch mouseKey = Switch('m');
     Switch cullingKey = Switch('c');
     Switch occlusionKey = Switch('o');
+    Switch lampKey = Switch('l');
     Switch pictureKey = Switch('p');
     Switch muteKey = Switch('n');
     Switch louderKey;
@@ -187,13 +191,16 @@ void runUnattended(Application& application, SceneRenderer& renderer, Soundscape
     constexpr float frameTime = 1.0f / 60.0f;
     renderer.setCulling(options.culls);
     renderer.setOcclusionView(options.showsOcclusion);
+    renderer.setLamp(options.hasLamp);
     const DrawStyle style = options.startsAsWireframe ? DrawStyle::Edges : DrawStyle::Solids;
     Window& window = application.getWindow();
     RenderDevice& device = application.getRenderDevice();
     Viewpoint camera;
     for (int frame = 0; frame < options.frames; ++frame) {
         if (!application.getEngine().update()) throw Failure(ExitStatus::PictureNotWritten, "stopped before the end");
-        camera = options.view.value_or(cameraOnFixedPath(static_cast<float>(frame) * frameTime));
+        const float seconds = static_cast<float>(frame) * frameTime;
+        camera = options.view.value_or(cameraOnFixedPath(seconds));
+        renderer.getLamp().setTime(seconds);
         sounds.update(camera, application.getEngine().getTime());
         renderer.draw(nullptr, window.getSize(), camera, style);
         device.swap(&window);

@@ -24,6 +24,10 @@ constexpr Vector4<float> edgeColor = {0.55f, 0.8f, 0.95f, 0.3f}; // edges add up
 
 constexpr int surfaceUnit = 0;
 constexpr int shadowUnit = 1;
+constexpr int lampUnit = 2;
+
+const Material lampGlass = {TextureName::Limestone, 0.5f, {0.5f, 0.8f, 1.0f}, 0, 1, 6.0f};
+constexpr float lampWidth = 0.4f;
 
 Matrix4<float> calculateShadowProjection(const Vector3<float>& sunDirection)
 {
@@ -41,7 +45,8 @@ SceneRenderer::SceneRenderer(RenderDevice& device, const Assets& assets, Scene s
       occlusionPicture(device.createTexture(OcclusionMap::width, OcclusionMap::height, false), {&device}),
       screenTriangle(device.createVertexBuffer(false), {&device}),
       shadowTarget(device.createRenderTarget(shadowMapSize, shadowMapSize, {TextureFormat(TextureFormat::Depth, 1)}),
-                   {&device})
+                   {&device}),
+      lamp(device)
 {
     if (!screenTriangle || !shadowTarget || !occlusionPicture)
         throw Failure(ExitStatus::NoGraphics, "not enough memory for the scene");
@@ -83,32 +88,47 @@ void SceneRenderer::drawShadowMap()
     device.bindRenderTarget(shadowTarget.get(), TargetBinding::Both);
     device.setViewport(0, 0, shadowMapSize, shadowMapSize, shadowMapSize);
     device.clear(false, true, false);
+    drawDistances(shadowProjection, seeEverything(scene));
+}
+
+void SceneRenderer::drawLampMap()
+{
+    const Visibility lit = isCulling ? seeWithin(scene, lamp.getVolume()) : seeEverything(scene);
+    lamp.drawMap([&](const Matrix4<float>& projection) { drawDistances(projection, lit); });
+}
+
+/// Into the bound map of a light: how far away from it things are.
+void SceneRenderer::drawDistances(const Matrix4<float>& projection, const Visibility& lit)
+{
     device.useProgram(assets.getFlatProgram());
-    device.setUniform("viewProjection", shadowProjection);
-    for (const Thing& thing : scene.things) {
-        device.setUniform("world", thing.world);
-        const SolidBuffer& solid = shapes[thing.shape];
-        solid.buffer->drawTriangles(0, solid.triangleIndexCount);
+    device.setUniform("viewProjection", projection);
+    for (std::size_t i = 0; i < scene.things.size(); ++i) {
+        if (!lit.things[i]) continue;
+        device.setUniform("world", scene.things[i].world);
+        drawTriangles(shapes[scene.things[i].shape]);
     }
     device.setUniform("world", Matrix4<float>());
-    for (const SolidBuffer& solid : levelBuffers) solid.buffer->drawTriangles(0, solid.triangleIndexCount);
+    for (std::size_t i = 0; i < levelSurfaces.size(); ++i)
+        forVisibleRanges(i, lit, [&](int first, int count) { drawTriangles(levelBuffers[i], first, count); });
 }
 
 void SceneRenderer::draw(RenderTarget* target, const Vector2<int>& size, const Viewpoint& camera, DrawStyle style)
 {
     if (size.x <= 0 || size.y <= 0) return; // a minimised window
     const Vector2<float> viewExtents = calculateViewExtents(verticalFieldOfView, size);
-    const Matrix4<float> viewProjection = calculateViewProjection(camera, viewExtents, nearDistance, farDistance);
+    viewProjection = calculateViewProjection(camera, viewExtents, nearDistance, farDistance);
+    draws.reset();
     findVisible(camera, viewExtents, style);
+    if (isLampOn && style == DrawStyle::Solids) drawLampMap();
 
     device.bindRenderTarget(target, TargetBinding::Both);
     device.setViewport(0, 0, size.x, size.y, size.y);
     device.clear(true, true, false);
     if (style == DrawStyle::Edges) {
-        drawEdges(viewProjection);
+        drawEdges();
     } else {
         drawSky(camera, viewExtents);
-        drawSolids(camera, viewProjection);
+        drawSolids(camera);
         if (showsOcclusion) drawOcclusionView(size);
     }
 }
@@ -133,7 +153,7 @@ void SceneRenderer::drawOcclusionView(const Vector2<int>& size)
     device.bindTexture(surfaceUnit, occlusionPicture.get());
     device.setUniform("surface", surfaceUnit);
     device.disable(RenderFeature::DepthTest);
-    screenTriangle->drawTriangles();
+    drawScreenTriangle();
     device.enable(RenderFeature::DepthTest);
 }
 
@@ -148,11 +168,11 @@ void SceneRenderer::drawSky(const Viewpoint& camera, const Vector2<float>& viewE
         .setUniform("sunColor", scene.sunColor)
         .setUniform("sunDirection", scene.sunDirection);
     device.disable(RenderFeature::DepthTest); // also keeps the depth as it was cleared
-    screenTriangle->drawTriangles();
+    drawScreenTriangle();
     device.enable(RenderFeature::DepthTest);
 }
 
-void SceneRenderer::drawSolids(const Viewpoint& camera, const Matrix4<float>& viewProjection)
+void SceneRenderer::drawSolids(const Viewpoint& camera)
 {
     device.useProgram(assets.getSolidProgram());
     device.setUniform("viewProjection", viewProjection).setUniform("eye", camera.position);
@@ -161,28 +181,37 @@ void SceneRenderer::drawSolids(const Viewpoint& camera, const Matrix4<float>& vi
         if (!visibility.things[i]) continue;
         const Thing& thing = scene.things[i];
         setThingUniforms(thing);
-        const SolidBuffer& solid = shapes[thing.shape];
-        solid.buffer->drawTriangles(0, solid.triangleIndexCount);
+        drawTriangles(shapes[thing.shape]);
     }
     drawLevel();
+    if (isLampOn) drawLampItself();
+}
+
+/// A shining ball, which the light comes from: it throws no shadow.
+void SceneRenderer::drawLampItself()
+{
+    const Vector3<float> foot = lamp.getLight().position - Vector3<float>(0, 0, lampWidth / 2);
+    setThingUniforms(place(SolidKind::Sphere, lampGlass, foot, {lampWidth, lampWidth, lampWidth}));
+    drawTriangles(shapes[static_cast<std::size_t>(SolidKind::Sphere)]);
 }
 
 void SceneRenderer::drawLevel()
 {
     for (std::size_t i = 0; i < levelSurfaces.size(); ++i) {
         setThingUniforms({0, materialOf(levelSurfaces[i].texture), {}, {}, {1, 1, 1}, {}});
-        forVisibleRanges(i, [&](int first, int count) { levelBuffers[i].buffer->drawTriangles(first, count); });
+        forVisibleRanges(i, visibility, [&](int first, int count) { drawTriangles(levelBuffers[i], first, count); });
     }
 }
 
-/// Calls draw(first index, count) for the triangles of visible faces; those that lie together go over at once.
+/// Calls draw(first index, count) for the triangles of the faces that are seen; those that lie together go over at
+/// once.
 template <class Draw>
-void SceneRenderer::forVisibleRanges(std::size_t surface, Draw draw) const
+void SceneRenderer::forVisibleRanges(std::size_t surface, const Visibility& seen, Draw draw) const
 {
     int first = 0;
     int count = 0;
     for (const LevelSurface::Range& range : levelSurfaces[surface].ranges) {
-        if (!visibility.faces[range.face]) continue;
+        if (!seen.faces[range.face]) continue;
         if (range.first != first + count) {
             if (count > 0) draw(first, count);
             first = range.first;
@@ -193,7 +222,7 @@ void SceneRenderer::forVisibleRanges(std::size_t surface, Draw draw) const
     if (count > 0) draw(first, count);
 }
 
-void SceneRenderer::drawEdges(const Matrix4<float>& viewProjection)
+void SceneRenderer::drawEdges()
 {
     device.useProgram(assets.getFlatProgram());
     device.setUniform("viewProjection", viewProjection).setUniform("flatColor", edgeColor);
@@ -203,12 +232,10 @@ void SceneRenderer::drawEdges(const Matrix4<float>& viewProjection)
         if (!visibility.things[i]) continue;
         const Thing& thing = scene.things[i];
         device.setUniform("world", thing.world);
-        const SolidBuffer& solid = shapes[thing.shape];
-        solid.buffer->drawLines(solid.triangleIndexCount, solid.edgeIndexCount);
+        drawLines(shapes[thing.shape]);
     }
     device.setUniform("world", Matrix4<float>());
-    for (const SolidBuffer& solid : levelBuffers)
-        solid.buffer->drawLines(solid.triangleIndexCount, solid.edgeIndexCount);
+    for (const SolidBuffer& solid : levelBuffers) drawLines(solid);
     device.enable(RenderFeature::DepthTest);
     device.setBlendMode(BlendMode::None);
 }
@@ -230,6 +257,10 @@ void SceneRenderer::setLightUniforms()
     lamps.resize(Scene::lampCount + Scene::levelLampCount, {0, 0, -1e6f}); // those that are missing shine nowhere
     for (std::size_t i = 0; i < lamps.size(); ++i)
         device.setUniform("lampPositions[" + std::to_string(i) + "]", lamps[i]);
+    if (isLampOn)
+        lamp.setUniforms(lampUnit);
+    else
+        SpotLamp::setDarkUniforms(device, lampUnit);
 }
 
 void SceneRenderer::setThingUniforms(const Thing& thing)
@@ -243,4 +274,27 @@ void SceneRenderer::setThingUniforms(const Thing& thing)
         .setUniform("specular", material.specular)
         .setUniform("shininess", material.shininess)
         .setUniform("glow", material.glow);
+}
+
+void SceneRenderer::drawTriangles(const SolidBuffer& solid)
+{
+    drawTriangles(solid, 0, solid.triangleIndexCount);
+}
+
+void SceneRenderer::drawTriangles(const SolidBuffer& solid, int firstIndex, int count)
+{
+    draws.add();
+    solid.buffer->drawTriangles(firstIndex, count);
+}
+
+void SceneRenderer::drawLines(const SolidBuffer& solid)
+{
+    draws.add();
+    solid.buffer->drawLines(solid.triangleIndexCount, solid.edgeIndexCount);
+}
+
+void SceneRenderer::drawScreenTriangle()
+{
+    draws.add();
+    screenTriangle->drawTriangles();
 }

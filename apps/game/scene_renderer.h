@@ -1,10 +1,12 @@
 #pragma once
 
 #include "assets.h"
+#include "draw_counter.h"
 #include "level_surface.h"
 #include "occluders.h"
 #include "owned.h"
 #include "scene.h"
+#include "spot_lamp.h"
 #include "viewpoint.h"
 #include "visibility.h"
 
@@ -31,10 +33,18 @@ public:
     void setOcclusionView(bool isOn) { showsOcclusion = isOn; }
     bool isOcclusionViewOn() const { return showsOcclusion; }
 
+    /// Whether the lamp that circles above the courtyard shines. It is at the start, on solids only.
+    void setLamp(bool isOn) { isLampOn = isOn; }
+    bool isLampShining() const { return isLampOn; }
+    SpotLamp& getLamp() { return lamp; }
+
     const Scene& getScene() const { return scene; }
+    const Assets& getAssets() const { return assets; }
 
     /// Of what was drawn last.
     const Visibility& getVisibility() const { return visibility; }
+    std::size_t countDraws() const { return draws.get(); }
+    const Matrix4<float>& getViewProjection() const { return viewProjection; }
 
 private:
     /// A solid. Its index list holds the triangles and behind them the edges.
@@ -46,16 +56,23 @@ private:
 
     SolidBuffer makeSolidBuffer(const Solid& solid);
     void drawShadowMap();
+    void drawLampMap();
+    void drawLampItself();
+    void drawDistances(const Matrix4<float>& projection, const Visibility& lit);
     void drawSky(const Viewpoint& camera, const Vector2<float>& viewExtents);
-    void drawSolids(const Viewpoint& camera, const Matrix4<float>& viewProjection);
-    void drawEdges(const Matrix4<float>& viewProjection);
+    void drawSolids(const Viewpoint& camera);
+    void drawEdges();
     void setLightUniforms();
     void setThingUniforms(const Thing& thing);
     void drawLevel();
+    void drawTriangles(const SolidBuffer& solid);
+    void drawTriangles(const SolidBuffer& solid, int firstIndex, int count);
+    void drawLines(const SolidBuffer& solid);
+    void drawScreenTriangle();
     void findVisible(const Viewpoint& camera, const Vector2<float>& viewExtents, DrawStyle style);
     void drawOcclusionView(const Vector2<int>& size);
     template <class Draw>
-    void forVisibleRanges(std::size_t surface, Draw draw) const;
+    void forVisibleRanges(std::size_t surface, const Visibility& seen, Draw draw) const;
 
     RenderDevice& device;
     const Assets& assets;
@@ -70,6 +87,10 @@ private:
     bool isCulling = true;
     bool showsOcclusion = false;
     Visibility visibility;
+    Matrix4<float> viewProjection; ///< of what was drawn last
+    DrawCounter draws;
     OwnedBuffer screenTriangle;
     OwnedTarget shadowTarget;
+    SpotLamp lamp;
+    bool isLampOn = true;
 };

@@ -1,12 +1,13 @@
 #version 150
 
-// Sun with shadows, light from the sky and the ground, lamps, and haze in the distance.
+// Sun and a spot light with shadows, light from the sky and the ground, lamps, and haze in the distance.
 
 const int lampCount = 7;
 
 in vec3 worldPosition;
 in vec3 worldNormal;
 in vec3 shadowPosition;
+in vec4 spotPlace; // in the spot light's clip coordinates
 in vec2 surfaceCoordinate;
 
 uniform sampler2D surface;
@@ -25,6 +26,13 @@ uniform vec3 hazeColor;
 uniform vec3 lampColor;
 uniform vec3 lampPositions[lampCount];
 
+uniform sampler2D spotMap;
+uniform vec3 spotColor; // black: it is off
+uniform vec3 spotPosition;
+uniform vec3 spotDirection;
+uniform float spotInnerCosine; // of the angle from the middle up to which it is bright
+uniform float spotOuterCosine; // and from which on it is dark
+
 out vec4 color;
 
 vec3 toDisplay(vec3 light);
@@ -40,6 +48,26 @@ float sunlight()
         for (int x = -1; x <= 1; ++x)
             lit += step(shadowPosition.z - slack, texture(shadowMap, shadowPosition.xy + texel * vec2(x, y)).r);
     return lit / 9.0;
+}
+
+// How much of the spot light arrives where its cone reaches: four looks at the distances in its map.
+float spotUncovered()
+{
+    vec3 place = spotPlace.xyz / spotPlace.w * 0.5 + 0.5;
+    vec2 texel = 0.7 / vec2(textureSize(spotMap, 0));
+    float lit = 0.0;
+    for (int y = -1; y <= 1; y += 2)
+        for (int x = -1; x <= 1; x += 2) lit += step(place.z, texture(spotMap, place.xy + texel * vec2(x, y)).r);
+    return lit / 4.0;
+}
+
+// What arrives of the spot light from a direction (towards it) and a distance.
+vec3 spotlight(vec3 toSpot, float distance)
+{
+    const float halfReach = 14.0;
+    float cone = smoothstep(spotOuterCosine, spotInnerCosine, -dot(toSpot, spotDirection));
+    if (cone <= 0.0) return vec3(0.0);
+    return spotColor * (cone * spotUncovered() / (1.0 + distance * distance / (halfReach * halfReach)));
 }
 
 void main()
@@ -67,6 +95,16 @@ void main()
         vec3 arriving = lampColor / (1.0 + squared);
         diffuse += arriving * max(dot(normal, toLamp), 0.0);
         shine += arriving * pow(max(dot(normal, normalize(toLamp + toEye)), 0.0), shininess);
+    }
+
+    vec3 toSpot = spotPosition - worldPosition;
+    float spotDistance = length(toSpot);
+    toSpot /= spotDistance;
+    float spotFacing = dot(normal, toSpot);
+    if (spotColor != vec3(0.0) && spotFacing > 0.0) {
+        vec3 arriving = spotlight(toSpot, spotDistance);
+        diffuse += arriving * spotFacing;
+        shine += arriving * pow(max(dot(normal, normalize(toSpot + toEye)), 0.0), shininess);
     }
 
     // A smooth surface mirrors the sky at grazing angles.

@@ -10,13 +10,16 @@ uniform mat4 world;
 uniform mat3 normalMatrix;
 uniform mat4 viewProjection;
 uniform mat4 shadowProjection;
+uniform mat4 spotProjection;
 uniform vec3 textureRepeat; // along the solid's own x, y and z
 
 const float shadowLift = 0.05;
+const float spotLift = 0.004; // of the distance: as the light spreads, so do the pixels of its map
 
 out vec3 worldPosition;
 out vec3 worldNormal;
 out vec3 shadowPosition;
+out vec4 spotPlace; // in the lamp's clip coordinates
 out vec2 surfaceCoordinate;
 
 // A face repeats the texture along its own two sides, so that bricks are equally large on all sides of a wall.
@@ -33,8 +36,11 @@ void main()
     worldPosition = placed.xyz;
     worldNormal = normal * normalMatrix;
     // Looked up a little above the surface, or slanting light would make it shade itself.
-    vec4 lifted = placed + vec4(normalize(worldNormal) * shadowLift, 0.0);
+    vec3 upwards = normalize(worldNormal);
+    vec4 lifted = placed + vec4(upwards * shadowLift, 0.0);
     shadowPosition = (lifted * shadowProjection).xyz * 0.5 + 0.5;
+    float spotDistance = (placed * spotProjection).w;
+    spotPlace = (placed + vec4(upwards * (spotLift * spotDistance), 0.0)) * spotProjection;
     surfaceCoordinate = textureCoordinate * repeatsOfFace();
     gl_Position = placed * viewProjection;
 }

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string goldenArguments = "--frames 30 --size 480x270";
+const std::string goldenArguments = "--frames 30 --size 480x270 --no-lamp";
 
 ProgramRun runGame(const std::string& arguments)
 {
@@ -76,10 +76,11 @@ TEST(Game, cameraOfAnUnattendedRunMoves)
 
 TEST(Game, viewIsWhereAnUnattendedRunStays)
 {
-    const std::string gatehouse = "--size 64x48 --view=0,-18,3,180,-10";
+    const std::string still = "--size 64x48 --no-lamp ";
+    const std::string gatehouse = still + "--view=0,-18,3,180,-10";
     ASSERT_EQ(runGame("--frames 1 --screenshot a.bmp " + gatehouse).status, 0);
     ASSERT_EQ(runGame("--frames 40 --screenshot b.bmp " + gatehouse).status, 0);
-    ASSERT_EQ(runGame("--frames 1 --size 64x48 --screenshot c.bmp").status, 0);
+    ASSERT_EQ(runGame("--frames 1 --screenshot c.bmp " + still).status, 0);
     EXPECT_EQ(comparePictures("a.bmp", "b.bmp", "difference.bmp").maximum, 0);
     EXPECT_GT(comparePictures("a.bmp", "c.bmp", "difference.bmp").mean, 10);
 }
@@ -98,6 +99,16 @@ TEST(Game, wireframeDrawsOtherThanSolids)
     ASSERT_EQ(runGame("--frames 1 --size 64x48 --screenshot a.bmp").status, 0);
     ASSERT_EQ(runGame("--frames 1 --size 64x48 --screenshot b.bmp --wireframe").status, 0);
     EXPECT_GT(comparePictures("a.bmp", "b.bmp", "difference.bmp").mean, 10);
+}
+
+TEST(Game, lampMovesWithTheFrames)
+{
+    const std::string fountain = " --size 64x48 --view=0,-12,5,0,-20";
+    ASSERT_EQ(runGame("--frames 1 --screenshot a.bmp --no-lamp" + fountain).status, 0);
+    ASSERT_EQ(runGame("--frames 1 --screenshot b.bmp" + fountain).status, 0);
+    ASSERT_EQ(runGame("--frames 60 --screenshot c.bmp" + fountain).status, 0);
+    EXPECT_GT(comparePictures("a.bmp", "b.bmp", "difference.bmp").mean, 2);
+    EXPECT_GT(comparePictures("b.bmp", "c.bmp", "difference.bmp").mean, 1);
 }
 
 TEST(Game, unattendedRunWithoutAFileNameWritesXumGameBmp)
@@ -126,10 +137,12 @@ TEST(Game, helpNamesOptionsKeysAndExitStatuses)
                              "--view",
                              "--no-culling",
                              "--occlusion",
+                             "--no-lamp",
                              "--walk",
                              "  G ",
                              "  C ",
                              "  O ",
+                             "  L ",
                              "Escape",
                              "Page Up",
                              "XUM_MESSAGE_BOXES=0",

@@ -26,6 +26,7 @@ protected:
     Options options = [] {
         Options small;
         small.size = {80, 60};
+        small.hasLamp = false; // it moves
         return small;
     }();
     Application application = Application("play", options.size);
@@ -137,6 +138,25 @@ TEST_F(Play, oShowsTheOcclusionMapAndHidesIt)
         playForAWhile();
         EXPECT_EQ(renderer.isOcclusionViewOn(), isShown);
     }
+}
+
+TEST_F(Play, lSwitchesTheLampOnAndOff)
+{
+    for (const bool shines : {true, false}) {
+        options.hasLamp = !shines;
+        pushKeyDown('l');
+        pushKeyUp('l');
+        playForAWhile();
+        EXPECT_EQ(renderer.isLampShining(), shines);
+    }
+}
+
+TEST_F(Play, lampMovesWhileTheGameIsPlayed)
+{
+    const Vector3<float> before = renderer.getLamp().getLight().position;
+    playForAWhile();
+    const Vector3<float> after = renderer.getLamp().getLight().position;
+    EXPECT_FALSE(after == before);
 }
 
 TEST_F(Play, gBringsThePlayerToTheGroundAndUpAgain)
