@@ -14,6 +14,7 @@ enum ExitStatus : int {
 };
 
 void addConfigCommand(CLI::App& app);
+void addFontCommand(CLI::App& app);
 void addLispCommand(CLI::App& app);
 void addMapCommand(CLI::App& app);
 void addMeshCommand(CLI::App& app);

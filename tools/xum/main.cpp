@@ -40,6 +40,7 @@ int main(int argc, char** argv)
         app.footer(exitStatusText);
 
         addConfigCommand(app);
+        addFontCommand(app);
         addLispCommand(app);
         addMapCommand(app);
         addMeshCommand(app);
