@@ -5,8 +5,11 @@
 #include <xum/render/quad.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
+
+constexpr double pi = 3.14159265358979323846;
 
 constexpr double nearest = 0.1;
 constexpr double farthest = 2000;
@@ -40,7 +43,10 @@ void Light::draw(RenderDevice* device)
     drawFullscreenQuad(device);
 }
 
-SpotLight::SpotLight() : innerCosine(cosineOf(innerAngle)), outerCosine(cosineOf(outerAngle)) {}
+// In double precision, where the cosine of 60 degrees is one half; of the angle as a float it is a little less.
+SpotLight::SpotLight()
+    : innerCosine(static_cast<float>(std::cos(pi / 4))), outerCosine(static_cast<float>(std::cos(pi / 3)))
+{}
 
 Matrix4<float> SpotLight::calculateMatrix()
 {
