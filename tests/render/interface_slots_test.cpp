@@ -1,3 +1,7 @@
+#include <xum/render/debug_shapes.h>
+#include <xum/render/font.h>
+#include <xum/render/image_font.h>
+#include <xum/render/light.h>
 #include <xum/render/program.h>
 #include <xum/render/render_device.h>
 #include <xum/render/render_target.h>
@@ -32,6 +36,15 @@ long attributeFromSlot()
 {
     return slotOf<void (VertexBuffer::*)(int, const Values&)>(&VertexBuffer::setAttributeFrom);
 }
+
+/// Its operation takes the first place behind those of the base.
+template <class Base>
+struct WithOneMore : Base {
+    virtual void oneMore() {}
+
+protected:
+    ~WithOneMore() = default;
+};
 
 } // namespace
 
@@ -115,6 +128,39 @@ TEST(InterfaceSlots, ofRenderTargetKeepTheirOrder)
     EXPECT_EQ(slotOf(&RenderTarget::getTexture), 1);
     EXPECT_EQ(slotOf(&RenderTarget::getDepthTexture), 2);
     EXPECT_EQ(slotOf(&RenderTarget::blit), 3);
+}
+
+TEST(InterfaceSlots, ofFontKeepTheirOrder)
+{
+    EXPECT_EQ(slotOf(&Font::measure), 0);
+    EXPECT_EQ(slotOf(&Font::render), 1);
+    EXPECT_EQ(slotOf(&WithOneMore<Font>::oneMore), 2);
+    static_assert(!std::is_destructible_v<Font> && !std::has_virtual_destructor_v<Font>);
+}
+
+TEST(InterfaceSlots, ofImageFontHaveOnlyTheDestructor)
+{
+    static_assert(std::has_virtual_destructor_v<ImageFont> && !std::is_abstract_v<ImageFont>);
+    EXPECT_EQ(slotOf(&WithOneMore<ImageFont>::oneMore), 1 + 1);
+}
+
+TEST(InterfaceSlots, ofLightsKeepTheirOrder)
+{
+    static_assert(std::has_virtual_destructor_v<Light>);
+    EXPECT_EQ(slotOf(&Light::draw), 1 + 1);
+    EXPECT_EQ(slotOf(&SpotLight::calculateMatrix), 2 + 1);
+    EXPECT_EQ(slotOf(&SpotLight::calculateShadowMatrix), 3 + 1);
+    EXPECT_EQ(slotOf(&SpotLight::generateShadowMap), 4 + 1);
+    EXPECT_EQ(slotOf(&WithOneMore<SpotLight>::oneMore), 5 + 1);
+}
+
+TEST(InterfaceSlots, ofDebugShapesKeepTheirOrder)
+{
+    static_assert(std::has_virtual_destructor_v<DebugObject>);
+    EXPECT_EQ(slotOf(&DebugObject::draw), 1 + 1);
+    EXPECT_EQ(slotOf(&WithOneMore<DebugLine>::oneMore), 2 + 1);
+    EXPECT_EQ(slotOf(&WithOneMore<DebugBox>::oneMore), 2 + 1);
+    EXPECT_EQ(slotOf(&WithOneMore<DebugSphere>::oneMore), 2 + 1);
 }
 
 TEST(Interfaces, thatOnlyTheDeviceDeletesHaveNoPublicDestructor)
