@@ -16,6 +16,9 @@ public:
     Texture* render(RenderDevice* device, const std::string& text) override;
 
 private:
+    /// Whether no texture can hold the text.
+    bool isTooLarge(const std::string& text);
+
     struct CloseFont {
         void operator()(TTF_Font* font) const { TTF_CloseFont(font); }
     };
