@@ -30,6 +30,32 @@ int toInt(float value)
     return value == value ? static_cast<int>(value) : 0;
 }
 
+struct Corners {
+    Vector3<float> leftTop;
+    Vector3<float> leftBottom;
+    Vector3<float> rightBottom;
+    Vector3<float> rightTop;
+};
+
+/// The vertices of a character whose part of the texture is `glyph`. It takes copies, which are not read again after
+/// each vertex, and it is no member, which would be exported and hence never be inlined.
+template <class Rectangle>
+void write(Vector3<float>* positions, Vector2<float>* coordinates, Corners corners, Rectangle glyph)
+{
+    positions[0] = corners.leftTop;
+    positions[1] = corners.leftBottom;
+    positions[2] = corners.rightBottom;
+    positions[3] = corners.rightBottom;
+    positions[4] = corners.rightTop;
+    positions[5] = corners.leftTop;
+    coordinates[0] = {glyph.left, glyph.top};
+    coordinates[1] = {glyph.left, glyph.bottom};
+    coordinates[2] = {glyph.right, glyph.bottom};
+    coordinates[3] = {glyph.right, glyph.bottom};
+    coordinates[4] = {glyph.right, glyph.top};
+    coordinates[5] = {glyph.left, glyph.top};
+}
+
 } // namespace
 
 void ImageFont::setFilter(RenderDevice* device, TextureFilter::Type filter)
@@ -64,8 +90,8 @@ void ImageFont::generateCharacter(std::vector<Vector3<float>>& outPositions,
                              {left, middle + leftHalfHeight, 0},
                              {right, middle + rightHalfHeight, 0},
                              {right, middle - rightHalfHeight, 0}};
-    write(corners, glyphs[character], &outPositions.back() + 1 - verticesPerCharacter,
-          &outCoordinates.back() + 1 - verticesPerCharacter);
+    write(&outPositions.back() + 1 - verticesPerCharacter, &outCoordinates.back() + 1 - verticesPerCharacter, corners,
+          glyphs[character]);
 }
 
 void ImageFont::draw(RenderDevice* device, int x, int y, const std::string& text, bool centerX, bool centerY)
@@ -129,10 +155,11 @@ std::size_t ImageFont::begin(const std::string& text, std::size_t copies)
     return vertices;
 }
 
-void ImageFont::writeText(const std::string& text, const Place& place, std::size_t firstVertex)
+void ImageFont::writeText(const std::string& text, Place place, std::size_t firstVertex)
 {
     // Edges, not a middle: for cells of odd height that would lie between two pixels.
-    const float bottom = place.top + static_cast<float>(cellHeight) * place.scale;
+    const float top = place.top;
+    const float bottom = top + static_cast<float>(cellHeight) * place.scale;
     Vector3<float>* position = positions.data() + firstVertex;
     Vector2<float>* coordinate = coordinates.data() + firstVertex;
     std::int64_t offset = 0;
@@ -142,28 +169,13 @@ void ImageFont::writeText(const std::string& text, const Place& place, std::size
         if (isPrinted(c)) {
             const float left = place.left + static_cast<float>(toInt(static_cast<float>(offset) * place.scale));
             const float right = left + static_cast<float>(width) * place.scale;
-            write({{left, place.top, 0}, {left, bottom, 0}, {right, bottom, 0}, {right, place.top, 0}}, glyphs[c],
-                  position, coordinate);
+            write(position, coordinate, {{left, top, 0}, {left, bottom, 0}, {right, bottom, 0}, {right, top, 0}},
+                  glyphs[c]);
             position += verticesPerCharacter;
             coordinate += verticesPerCharacter;
         }
         offset += width + getCharacterSpace();
     }
-}
-
-void ImageFont::write(const Corners& corners, const Rectangle& glyph, Vector3<float>* position,
-                      Vector2<float>* coordinate)
-{
-    const auto put = [&](const Vector3<float>& at, float u, float v) {
-        *position++ = at;
-        *coordinate++ = {u, v};
-    };
-    put(corners.leftTop, glyph.left, glyph.top);
-    put(corners.leftBottom, glyph.left, glyph.bottom);
-    put(corners.rightBottom, glyph.right, glyph.bottom);
-    put(corners.rightBottom, glyph.right, glyph.bottom);
-    put(corners.rightTop, glyph.right, glyph.top);
-    put(corners.leftTop, glyph.left, glyph.top);
 }
 
 void ImageFont::drawWritten(RenderDevice* device, VertexBuffer* target) const

@@ -90,13 +90,6 @@ private:
         float scale;
     };
 
-    struct Corners {
-        Vector3<float> leftTop;
-        Vector3<float> leftBottom;
-        Vector3<float> rightBottom;
-        Vector3<float> rightTop;
-    };
-
     static constexpr int characterCount = 128;
 
     ImageFont(const Image& image, const Grid& grid);
@@ -106,9 +99,7 @@ private:
 
     Place findPlace(int x, int y, const std::string& text, float scale, bool centerX, bool centerY) const;
     std::size_t begin(const std::string& text, std::size_t copies);
-    void writeText(const std::string& text, const Place& place, std::size_t firstVertex);
-    static void write(const Corners& corners, const Rectangle& glyph, Vector3<float>* position,
-                      Vector2<float>* coordinate);
+    void writeText(const std::string& text, Place place, std::size_t firstVertex);
     void drawWritten(RenderDevice* device, VertexBuffer* target) const;
 
     friend XUM_API ImageFont* loadImageFont(RenderDevice*, const std::string&, int, int, int, int, bool);
