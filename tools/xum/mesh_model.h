@@ -13,6 +13,7 @@
 class ModelProblem : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+    ModelProblem(const std::string& part, const std::string& reason) : std::runtime_error(part + ": " + reason) {}
 };
 
 /// The triangles of a model as its file has them, before they are turned and scaled. Texture coordinates have v = 0 at
