@@ -18,6 +18,7 @@ void drawSegments(VertexBuffer* buffer, const std::list<Vector3<float>>& points)
 
 } // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts compile against the value
 void DebugObject::withVertexBuffer(RenderDevice* device, std::function<void(VertexBuffer*)> action)
 {
     const OwnedVertexBuffer buffer = makeVertexBuffer(device, false);
@@ -72,6 +73,7 @@ void DebugSphere::draw(RenderDevice* device)
 }
 
 void DebugSphere::drawHelper(std::list<Vector3<float>>& points, const Vector3<float>& start,
+                             // NOLINTNEXTLINE(performance-unnecessary-value-param): the same
                              std::function<Vector3<float>(float, float, const Vector3<float>&)> circlePoint) const
 {
     if (segments <= 0) return;

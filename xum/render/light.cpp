@@ -58,6 +58,7 @@ Matrix4<float> SpotLight::calculateShadowMatrix()
     return calculateMatrix() * bias;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): hosts compile against the value
 void SpotLight::generateShadowMap(RenderDevice*, std::function<void(const Matrix4<float>&)> drawScene)
 {
     drawScene(calculateMatrix());
