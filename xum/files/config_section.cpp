@@ -62,14 +62,9 @@ std::vector<ConfigSection*> ConfigSection::getAllSections() const
 
 std::list<ConfigSection*> ConfigSection::getSections(const std::string& path) const
 {
-    const ConfigSection* section = this;
     std::string_view rest = path;
-    for (std::size_t slash = rest.find('/'); slash != std::string_view::npos; slash = rest.find('/')) {
-        const std::string_view head = rest.substr(0, slash);
-        section = section->findSection(head);
-        if (section == nullptr) error("ConfigSection::getSections() -> section not found (" + std::string(head) + ")!");
-        rest.remove_prefix(slash + 1);
-    }
+    const ConfigSection* section = findSectionAbove(rest);
+    if (section == nullptr) error("ConfigSection::getSections() -> section not found (" + std::string(rest) + ")!");
     std::list<ConfigSection*> found;
     if (section->sections) {
         const auto& list = *section->sections;
@@ -82,14 +77,9 @@ std::list<ConfigSection*> ConfigSection::getSections(const std::string& path) co
 
 ConfigEntry* ConfigSection::getEntry(const std::string& path, bool required) const
 {
-    const ConfigSection* section = this;
     std::string_view rest = path;
-    for (std::size_t slash = rest.find('/'); slash != std::string_view::npos; slash = rest.find('/')) {
-        const std::string_view head = rest.substr(0, slash);
-        section = section->findSection(head);
-        if (section == nullptr) error("ConfigSection::getEntry() -> entry not found (" + std::string(head) + ")!");
-        rest.remove_prefix(slash + 1);
-    }
+    const ConfigSection* section = findSectionAbove(rest);
+    if (section == nullptr) error("ConfigSection::getEntry() -> entry not found (" + std::string(rest) + ")!");
     if (section->entries) {
         const std::uint32_t found = section->entries->find(rest);
         if (found != section->entries->none) return section->entries->getItems()[found];
@@ -136,9 +126,19 @@ bool ConfigSection::isPartOf(const ConfigSection* section) const
     return false;
 }
 
-const ConfigSection* ConfigSection::findSection(std::string_view wanted) const
+const ConfigSection* ConfigSection::findSectionAbove(std::string_view& path) const
 {
-    if (!sections) return nullptr;
-    const std::uint32_t found = sections->find(wanted);
-    return found == sections->none ? nullptr : sections->getItems()[found];
+    constexpr std::uint32_t none = ConfigItemList<ConfigSection>::none;
+    const ConfigSection* section = this;
+    for (std::size_t slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/')) {
+        const std::string_view head = path.substr(0, slash);
+        const std::uint32_t found = section->sections ? section->sections->find(head) : none;
+        if (found == none) {
+            path = head;
+            return nullptr;
+        }
+        section = section->sections->getItems()[found];
+        path.remove_prefix(slash + 1);
+    }
+    return section;
 }

@@ -85,7 +85,9 @@ private:
     void putEntry(std::unique_ptr<ConfigEntry> entry);
     bool isOwned() const { return parent != nullptr || belongsToFile; }
     bool isPartOf(const ConfigSection* section) const;
-    const ConfigSection* findSection(std::string_view wanted) const;
+    /// The section that holds what the path names, which is left with its last part; null, and the part that was not
+    /// found is left, when one on the way is missing.
+    const ConfigSection* findSectionAbove(std::string_view& path) const;
 
     std::string name;
     ConfigSection* parent = nullptr;
