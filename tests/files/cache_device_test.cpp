@@ -1,6 +1,7 @@
 #include "gl_fixture.h"
 #include "made_files.h"
 #include "message_boxes.h"
+#include "sounds.h"
 #include "test_directory.h"
 
 #include <xum/devices/audio_device.h>
@@ -55,7 +56,9 @@ std::vector<archive::PackedFile> gameFiles()
             {"game/programs/broken",
              "<program><vertex-shaders plain.vert/><fragment-shaders main.frag,lost.frag/></program>"},
             {"game/samples/sound.wav", soundOf(sound())},
-            {"game/streams/music.wav", soundOf(sound())}};
+            {"game/samples/sound.ogg", fileContents(soundFileName("mono.ogg"))},
+            {"game/streams/music.wav", soundOf(sound())},
+            {"game/streams/music.ogg", fileContents(soundFileName("stereo.ogg"))}};
 }
 
 /// A test with a cache over a real resource manager and with real devices, in an empty working directory. The files of
@@ -207,6 +210,24 @@ TEST_P(CacheDevice, streamIsWhatTheMixerPlays)
     EXPECT_NEAR(Mix_MusicDuration(nullptr), 10000 / 44100.0, 1e-6);
     cache->release(device, audio, true);
     EXPECT_FALSE(audio->isMusicPlaying());
+}
+
+TEST_P(CacheDevice, soundsMayBeVorbis)
+{
+    Sample* sample = cache->getSample(audio, cache->getId("sound.ogg"), false);
+    Stream* stream = cache->getStream(audio, cache->getId("music.ogg"), false);
+    ASSERT_NE(sample, nullptr);
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(cache->getSample(audio, cache->getId("sound.ogg"), false), sample);
+    EXPECT_EQ(cache->getStream(audio, cache->getId("music.ogg"), false), stream);
+    audio->acquireSource()->play(sample, 0); // on channel 0
+    const Mix_Chunk* chunk = Mix_GetChunk(0);
+    ASSERT_NE(chunk, nullptr);
+    EXPECT_NEAR(chunk->alen / 4.0, 11025, 100) << "a quarter of a second, as the mixer plays it";
+    audio->playStream(stream, true, 0);
+    EXPECT_TRUE(audio->isMusicPlaying());
+    EXPECT_EQ(Mix_GetMusicType(nullptr), MUS_OGG);
+    EXPECT_NEAR(Mix_MusicDuration(nullptr), 0.25, 1e-3);
 }
 
 TEST_P(CacheDevice, releasedTexturesAndProgramsAreGone)

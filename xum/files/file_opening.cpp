@@ -84,6 +84,11 @@ bool mayBeReadable([[maybe_unused]] const std::string& fileName)
 #endif
 }
 
+void openReadable(std::ifstream& stream, const std::string& fileName, std::ios::openmode mode)
+{
+    openNarrow(stream, fileName, mode);
+}
+
 bool wideToUtf8(const std::wstring& name, std::string& out)
 {
     out.clear();

@@ -17,5 +17,8 @@ void openFile(std::ofstream& stream, const std::wstring& fileName, std::ios::ope
 /// named pipe a file here: to open it would wait for somebody to write.
 bool mayBeReadable(const std::string& fileName);
 
+/// Opens what mayBeReadable has said true of: whether it is a directory is not asked a second time.
+void openReadable(std::ifstream& stream, const std::string& fileName, std::ios::openmode mode);
+
 /// The UTF-8 form of a wide name. False for what is no name: a NUL, a code point that does not exist.
 bool wideToUtf8(const std::wstring& name, std::string& out);

@@ -2,7 +2,6 @@
 
 #include <xum/files/file.h>
 
-#include <algorithm>
 #include <limits>
 #include <new>
 
@@ -14,19 +13,6 @@ bool readFile(const std::string& fileName, std::vector<char>& out)
     std::vector<char> bytes(static_cast<std::size_t>(size));
     if (!readBytes(file, bytes.data(), size)) return false;
     out.swap(bytes);
-    return true;
-}
-
-bool readBytes(InputFile& file, void* out, std::uint64_t size)
-{
-    constexpr std::uint64_t largestRead = 1U << 30;
-    char* next = static_cast<char*>(out);
-    do { // at least once: a file that has failed has no bytes at all
-        const std::uint64_t part = std::min(size, largestRead);
-        if (!file.read(next, static_cast<unsigned>(part))) return false;
-        next += part;
-        size -= part;
-    } while (size > 0);
     return true;
 }
 

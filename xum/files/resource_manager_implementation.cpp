@@ -5,13 +5,16 @@
 #include <xum/files/resource_path.h>
 
 #include <algorithm>
+#include <fstream>
 #include <new>
 
 namespace {
 
-bool loadPlain(std::vector<unsigned char>& data, InputFile& file)
+bool loadPlain(std::vector<unsigned char>& data, std::ifstream& file)
 {
-    if (!resizeIfPossible(data, file.getSize())) return false;
+    const std::streamoff size = file.seekg(0, std::ios::end).tellg();
+    if (!resizeIfPossible(data, size < 0 ? 0 : static_cast<std::uint64_t>(size))) return false;
+    file.seekg(0, std::ios::beg);
     // A file that shrinks meanwhile, a broken disk: the size stands, and nothing that was in `data` before stays.
     if (!readBytes(file, data.data(), data.size())) std::fill(data.begin(), data.end(), static_cast<unsigned char>(0));
     return true;
@@ -32,8 +35,9 @@ bool ResourceManagerImplementation::load(std::vector<unsigned char>& data, const
 {
     try {
         if (mayBeReadable(name)) {
-            InputFile plain(name);
-            if (plain.isOpen()) return loadPlain(data, plain);
+            std::ifstream plain;
+            openReadable(plain, name, std::ios::in | std::ios::binary);
+            if (plain.is_open()) return loadPlain(data, plain);
         }
         const std::string key = normalizeResourceName(name);
         for (ResourceFileImplementation* archive = getLast(); archive != nullptr; archive = archive->getPrev())
