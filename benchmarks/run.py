@@ -15,7 +15,8 @@ import sys
 import tempfile
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-PROGRAMS = ["engine_benchmark", "file_benchmark", "geometry_benchmark", "image_benchmark", "render_benchmark"]
+PROGRAMS = ["drawing_benchmark", "engine_benchmark", "file_benchmark", "geometry_benchmark", "image_benchmark",
+            "render_benchmark"]
 SECONDS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
 
