@@ -1,7 +1,7 @@
 #include "interpreter_fixture.h"
 
-#include <xum/lisp/lisp_environment.h>
 #include <xum/lisp/lisp_call.h>
+#include <xum/lisp/lisp_environment.h>
 #include <xum/lisp/lisp_evaluator.h>
 #include <xum/lisp/lisp_object.h>
 #include <xum/lisp/lisp_type.h>
