@@ -34,7 +34,9 @@ public:
     Vector3<float> up = {0, 0, 0};
 
     /// The whole angles of the bright cone and of the one outside which there is no light, in degrees. The cosines are
-    /// for shaders: who changes an angle also changes its cosine.
+    /// for shaders: who changes an angle also changes its cosine. At the start they are those of the whole angles; a
+    /// shader that compares with the angle from the middle of the cone wants those of half the angles, or it lights
+    /// what the shadow map does not reach.
     float innerAngle = 45;
     float innerCosine;
     float outerAngle = 60;
