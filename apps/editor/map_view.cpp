@@ -1,0 +1,254 @@
+#include "map_view.h"
+
+#include "failure.h"
+#include "map_solids.h"
+#include "map_texture.h"
+
+#include <xum/files/cache.h>
+#include <xum/render/debug_shapes.h>
+#include <xum/render/texture.h>
+#include <xum/render/vertex_buffer.h>
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace {
+
+constexpr float fieldOfView = 65; // degrees, vertical
+constexpr float nearDistance = 0.1f;
+constexpr float farDistance = 1500;
+constexpr int gridLineCount = 60; // in each direction
+
+constexpr Vector4<float> selectionColor = {1.0f, 0.8f, 0.2f, 1.0f};
+constexpr Vector4<float> previewColor = {0.4f, 0.9f, 1.0f, 1.0f};
+constexpr Vector4<float> entityColor = {0.5f, 1.0f, 0.5f, 1.0f};
+constexpr Vector4<float> gridColor = {0.35f, 0.37f, 0.4f, 1.0f};
+
+Vector3<float> toFloat(const Vector3<double>& v)
+{
+    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+}
+
+Program* loadProgram(RenderDevice& device, GameData& data, const std::string& name)
+{
+    Cache& cache = data.getCache();
+    const std::string fileName = data.getFileName(cache.getProgramDirectory(), name);
+    data.read(fileName); // throws when it is missing
+    Program* const program = cache.getProgram(&device, cache.getId(name), false);
+    if (program == nullptr) throw Failure(ExitStatus::BrokenData, "the program " + fileName + " cannot be used");
+    return program;
+}
+
+} // namespace
+
+Matrix4<float> calculateEditorProjection(const Viewpoint& camera, int width, int height)
+{
+    return calculateViewProjection(camera, calculateViewExtents(fieldOfView, {width, height}), nearDistance,
+                                   farDistance);
+}
+
+Ray calculateRay(const Viewpoint& camera, const ScreenArea& area, const Vector2<float>& pixel)
+{
+    const Vector2<float> extents = calculateViewExtents(fieldOfView, {area.width, area.height});
+    const float right = ((pixel.x - static_cast<float>(area.x)) / static_cast<float>(area.width) * 2 - 1) * extents.x;
+    const float up = (1 - (pixel.y - static_cast<float>(area.y)) / static_cast<float>(area.height) * 2) * extents.y;
+    const Vector3<float> direction =
+        normalize(camera.getForward() + camera.getRight() * right + camera.getUp() * up);
+    return {{camera.position.x, camera.position.y, camera.position.z}, {direction.x, direction.y, direction.z}};
+}
+
+MapView::MapView(RenderDevice& device, GameData& data, TextureShelf& textures)
+    : device(device), textures(textures), surfaceProgram(loadProgram(device, data, "editor.cfg")),
+      flatProgram(loadProgram(device, data, "flat.cfg")), gridLines(device.createVertexBuffer(false), {&device})
+{
+    if (!gridLines) throw Failure(ExitStatus::NoGraphics, "not enough memory for the grid");
+    std::vector<Vector3<float>> ends;
+    const auto reach = static_cast<float>(gridLineCount);
+    for (int i = -gridLineCount; i <= gridLineCount; ++i) {
+        const auto at = static_cast<float>(i);
+        ends.insert(ends.end(), {{at, -reach, 0}, {at, reach, 0}, {-reach, at, 0}, {reach, at, 0}});
+    }
+    gridLines->setAttribute(VertexAttribute::Position, ends);
+}
+
+const MapView::CornersByTexture& MapView::findShape(const MapDocument& document,
+                                                    const std::shared_ptr<const PlacedBrush>& placed)
+{
+    const auto [known, isNew] = shapes.try_emplace(placed.get());
+    Shape& shape = known->second;
+    if (!isNew) return shape.corners;
+    shape.brush = placed;
+    std::vector<SolidPlane> planes;
+    for (const SideSource& side : placed->brush.sides) planes.emplace_back(side.normal, side.distance);
+    const Vector3<double> origin = document.getOrigin(placed->mesh);
+    const ConvexSolid solid(planes);
+    for (const ConvexSolid::Face& face : solid.getFaces()) {
+        if (face.number >= placed->brush.sides.size()) continue; // of a brush that is open
+        Corners& corners = shape.corners[placed->brush.sides[face.number].texture];
+        for (std::size_t i = 2; i < face.loop.size(); ++i) {
+            for (const std::size_t corner : {std::size_t{0}, i - 1, i}) {
+                const Point& point = face.loop[corner];
+                corners.positions.push_back(toFloat(point + origin));
+                corners.textureCoordinates.push_back(
+                    calculateTextureCoordinate(point, face.plane.normal, placed->brush.scale));
+                corners.normals.push_back(toFloat(face.plane.normal));
+            }
+        }
+    }
+    return shape.corners;
+}
+
+void MapView::makeBatches(const CornersByTexture& corners, std::vector<Batch>& batches)
+{
+    batches.clear();
+    for (const auto& [texture, list] : corners) {
+        if (texture.empty() || list.positions.empty()) continue; // not drawn in the game either
+        Batch batch = {texture, OwnedBuffer(device.createVertexBuffer(false), {&device})};
+        if (!batch.buffer) continue;
+        batch.buffer->setAttribute(VertexAttribute::Position, list.positions);
+        batch.buffer->setAttribute(VertexAttribute::TextureCoordinate, list.textureCoordinates);
+        batch.buffer->setAttribute(VertexAttribute::Normal, list.normals);
+        batches.push_back(std::move(batch));
+    }
+}
+
+namespace {
+
+template <class Corners>
+void addTerrain(const TerrainSource& terrain, Corners& corners)
+{
+    const auto heightAt = [&](int column, int row) {
+        const int c = std::clamp(column, 0, terrain.countColumns() - 1);
+        const int r = std::clamp(row, 0, terrain.countRows() - 1);
+        return terrain.heights[static_cast<std::size_t>(r) * static_cast<std::size_t>(terrain.countColumns()) +
+                               static_cast<std::size_t>(c)];
+    };
+    const auto spacing = static_cast<float>(terrain.spacing);
+    const auto add = [&](int column, int row) {
+        const Vector3<float> offset = {static_cast<float>(column - terrain.width) * spacing,
+                                       static_cast<float>(row - terrain.height) * spacing, heightAt(column, row)};
+        corners.positions.push_back(terrain.origin + offset);
+        corners.textureCoordinates.push_back({offset.x * static_cast<float>(terrain.scale),
+                                              -offset.y * static_cast<float>(terrain.scale)});
+        corners.normals.push_back(normalize(Vector3<float>(heightAt(column - 1, row) - heightAt(column + 1, row),
+                                                           heightAt(column, row - 1) - heightAt(column, row + 1),
+                                                           2 * spacing)));
+    };
+    for (int row = 0; row + 1 < terrain.countRows(); ++row) {
+        for (int column = 0; column + 1 < terrain.countColumns(); ++column) {
+            add(column, row);
+            add(column + 1, row);
+            add(column + 1, row + 1);
+            add(column + 1, row + 1);
+            add(column, row + 1);
+            add(column, row);
+        }
+    }
+}
+
+} // namespace
+
+void MapView::update(const MapDocument& document)
+{
+    if (document.brushes != shown.brushes || document.meshOrigins != shown.meshOrigins) {
+        if (document.meshOrigins != shown.meshOrigins) shapes.clear();
+        CornersByTexture all;
+        std::set<const PlacedBrush*> used;
+        for (const auto& brush : document.brushes) {
+            used.insert(brush.get());
+            for (const auto& [texture, corners] : findShape(document, brush)) {
+                Corners& to = all[texture];
+                to.positions.insert(to.positions.end(), corners.positions.begin(), corners.positions.end());
+                to.textureCoordinates.insert(to.textureCoordinates.end(), corners.textureCoordinates.begin(),
+                                             corners.textureCoordinates.end());
+                to.normals.insert(to.normals.end(), corners.normals.begin(), corners.normals.end());
+            }
+        }
+        for (auto shape = shapes.begin(); shape != shapes.end();)
+            shape = used.count(shape->first) != 0 ? std::next(shape) : shapes.erase(shape);
+        makeBatches(all, brushBatches);
+    }
+    if (document.terrains != shown.terrains) {
+        CornersByTexture all;
+        for (const auto& terrain : document.terrains)
+            addTerrain(*terrain, all[terrain->texture.empty() ? "grass.jpg" : terrain->texture]);
+        makeBatches(all, terrainBatches);
+    }
+    shown = document;
+}
+
+void MapView::draw(const Editor& editor, const Viewpoint& camera, const ScreenArea& area, const Preview& preview)
+{
+    update(editor.getDocument());
+    if (area.width <= 0 || area.height <= 0) return;
+    device.setViewport(area.x, area.y, area.width, area.height, area.screenHeight);
+    device.setCullMode(CullMode::Back);
+    device.setBlendMode(BlendMode::None);
+    device.setDepthFunction(DepthFunction::Less);
+    device.enable(RenderFeature::DepthTest);
+    const Matrix4<float> viewProjection = calculateEditorProjection(camera, area.width, area.height);
+
+    device.useProgram(surfaceProgram);
+    device.setUniform("viewProjection", viewProjection).setUniform("surface", 0);
+    drawBatches(brushBatches);
+    drawBatches(terrainBatches);
+
+    device.useProgram(flatProgram);
+    device.setUniform("viewProjection", viewProjection);
+    drawGrid(editor, camera);
+    device.setUniform("world", Matrix4<float>());
+    drawEntities(editor.getDocument());
+    device.disable(RenderFeature::DepthTest); // what is chosen is seen through walls
+    drawSelection(editor);
+    drawPreview(preview);
+    device.enable(RenderFeature::DepthTest);
+}
+
+void MapView::drawBatches(const std::vector<Batch>& batches)
+{
+    for (const Batch& batch : batches) {
+        device.bindTexture(0, textures.get(batch.texture));
+        batch.buffer->drawTriangles();
+    }
+}
+
+/// Around the camera, in steps that can be told apart.
+void MapView::drawGrid(const Editor& editor, const Viewpoint& camera)
+{
+    const auto step = static_cast<float>(std::max(editor.grid, 1.0));
+    const auto snapped = [step](float coordinate) { return std::floor(coordinate / step) * step; };
+    const Vector3<float> middle = {snapped(camera.position.x), snapped(camera.position.y), 0};
+    device.setUniform("world", Matrix4<float>::translation(middle) * Matrix4<float>::scaling({step, step, 1}));
+    device.setUniform("flatColor", gridColor);
+    gridLines->drawLines();
+}
+
+void MapView::drawBox(const Bounds& box, const Vector4<float>& color)
+{
+    device.setUniform("flatColor", color);
+    DebugBox(toFloat(box.minimum), toFloat(box.maximum)).draw(&device);
+}
+
+void MapView::drawEntities(const MapDocument& document)
+{
+    const Vector3<double> half = {entityHalfSize, entityHalfSize, entityHalfSize};
+    for (const auto& entity : document.entities) {
+        const Vector3<double> middle = getPosition(document, *entity);
+        drawBox({middle - half, middle + half}, entityColor);
+    }
+}
+
+void MapView::drawSelection(const Editor& editor)
+{
+    if (!editor.hasBrush() && !editor.hasEntity()) return;
+    drawBox(editor.getSelectionBounds(), selectionColor);
+}
+
+void MapView::drawPreview(const Preview& preview)
+{
+    if (preview.box) drawBox(*preview.box, previewColor);
+    if (!preview.circleMiddle) return;
+    device.setUniform("flatColor", previewColor);
+    DebugSphere(toFloat(*preview.circleMiddle), static_cast<float>(preview.circleRadius), 32).draw(&device);
+}
