@@ -22,7 +22,8 @@ struct SDL_Window;
 //     50 window 800 600           its new size
 //     99 quit
 //
-// Keys have SDL's names. Frames count from 0 and never go back; each takes 1/60 second.
+// Keys have SDL's names. A text is all that follows one blank. Frames count from 0 and never go back; each takes 1/60
+// second. Buttons are 1 (left), 2 (middle), 3 (right), 4 and 5.
 
 constexpr float sessionFrameSeconds = 1.0f / 60.0f;
 
@@ -41,16 +42,32 @@ public:
     void takeMotion(int& outX, int& outY);
 
 private:
+    enum class Action : int { KeyDown, KeyUp, Text, Motion, ButtonDown, ButtonUp, Wheel, Window, Quit };
+
     struct Step {
         std::uint64_t frame = 0;
-        std::string action; ///< "key down" and so on
-        std::string text;   ///< the key, or what is typed
+        Action action = Action::Quit;
+        std::string text; ///< the key, or what is typed
         int numbers[4] = {};
     };
 
+    /// How an action is written: its numbers are within the limits.
+    struct Form {
+        const char* name;
+        Action action;
+        int numberCount;
+        int smallest;
+        int largest;
+    };
+    static const Form forms[];
+
     void readStep(const std::string& line, const std::string& place);
+    static const Form* findForm(const std::string& text);
+    static void readNumbers(const Form& form, const std::string& text, const std::string& place, Step& step);
     void push(const Step& step, SDL_Window* window);
-    void pushKey(const Step& step, SDL_Window* window);
+    void pushKey(const Step& step, unsigned windowId);
+    void pushMotion(const Step& step, unsigned windowId);
+    void pushButton(const Step& step, unsigned windowId);
 
     std::vector<Step> steps;
     std::size_t next = 0;
@@ -72,6 +89,9 @@ public:
     SessionRecorder& operator=(const SessionRecorder&) = delete;
 
     void setFrame(std::uint64_t newFrame) { frame = newFrame; }
+
+    /// The window's size before anything happens: where the mouse is means little without it.
+    void writeWindowSize(int width, int height);
 
 private:
     static int watch(void* recorder, SDL_Event* event);

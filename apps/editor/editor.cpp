@@ -2,6 +2,7 @@
 
 #include "map_files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -13,10 +14,26 @@ Editor::Editor() : document(makeEmptyDocument()), saved(document), autosaved(doc
 void Editor::noteChange()
 {
     ++version;
-    const std::size_t count = hasBrush()    ? document.brushes.size()
-                              : hasEntity() ? document.entities.size()
-                                            : 0;
-    if (selection.number >= count) selectNothing();
+    keepSelection();
+}
+
+/// Numbers of parts change when others come and go.
+void Editor::keepSelection()
+{
+    const auto keep = [this](const auto& parts) {
+        if (parts.size() != selectedAmong) {
+            const auto isSelected = [this](const auto& part) { return part == selectedPart; };
+            const auto found = std::find_if(parts.begin(), parts.end(), isSelected);
+            selection.number = static_cast<std::size_t>(found - parts.begin());
+        }
+        if (selection.number >= parts.size())
+            selectNothing();
+        else
+            selectedPart = parts[selection.number];
+        selectedAmong = parts.size();
+    };
+    if (hasBrush()) keep(document.brushes);
+    if (hasEntity()) keep(document.entities);
 }
 
 void Editor::undo()
@@ -39,13 +56,14 @@ void Editor::replaceDocument(MapDocument newDocument)
     noteChange();
 }
 
-void Editor::newMap()
+void Editor::newMap(const std::string& name)
 {
     replaceDocument(makeEmptyDocument());
     saved = document;
     autosaved = document;
-    fileName.clear();
-    say("A new map");
+    isSaved = true;
+    fileName = name;
+    say(name.empty() ? "A new map" : "A new map, " + name);
 }
 
 bool Editor::open(const std::string& name)
@@ -59,6 +77,7 @@ bool Editor::open(const std::string& name)
     replaceDocument(std::move(*loaded));
     saved = document;
     autosaved = document;
+    isSaved = true;
     fileName = name;
     say("Opened " + name);
     return true;
@@ -72,10 +91,12 @@ bool Editor::openAutosave(const std::string& name)
         say(problem);
         return false;
     }
+    const std::optional<MapDocument> inFile = loadMap(name, problem);
     replaceDocument(std::move(*loaded));
-    saved = makeEmptyDocument();
+    saved = inFile.value_or(makeEmptyDocument());
     autosaved = document;
-    fileName = name;
+    isSaved = false;
+    fileName = name == getUnnamedFile() ? "" : name;
     say("Opened what was not saved of " + name);
     return true;
 }
@@ -91,24 +112,43 @@ bool Editor::saveAs(const std::string& newName)
         say(problem);
         return false;
     }
+    removeAutosave();
     fileName = newName;
+    removeAutosave();
     saved = document;
     autosaved = document;
-    std::error_code ignored;
-    std::filesystem::remove(autosaveNameOf(fileName), ignored);
+    isSaved = true;
     say("Saved " + fileName);
     return true;
 }
 
-void Editor::autosave(const std::string& directory)
+void Editor::autosave()
 {
     if (!hasUnsavedChanges() || isSameState(document, autosaved)) return;
-    const std::string name = fileName.empty() ? directory + "unnamed.cfg" : fileName;
     std::string problem;
-    if (saveMap(document, autosaveNameOf(name), problem))
+    if (saveMap(document, autosaveNameOf(getAutosaveOwner()), problem))
         autosaved = document;
     else
         say("No autosave: " + problem);
+}
+
+void Editor::removeAutosave() const
+{
+    std::error_code ignored;
+    std::filesystem::remove(autosaveNameOf(getAutosaveOwner()), ignored);
+}
+
+void Editor::revert()
+{
+    edit([this](MapDocument& changed) { changed = saved; });
+    isSaved = true;
+    say("The map is as it was saved");
+}
+
+bool Editor::needsSaving() const
+{
+    std::error_code failure;
+    return hasUnsavedChanges() || !std::filesystem::exists(fileName, failure);
 }
 
 bool Editor::compile(std::string& outFileName)
@@ -129,7 +169,33 @@ bool Editor::compile(std::string& outFileName)
 
 void Editor::select(const Hit& hit)
 {
-    selection = hit.kind == Hit::Kind::Brush || hit.kind == Hit::Kind::Entity ? hit : Hit();
+    ++version;
+    selection = {};
+    selectedPart = nullptr;
+    const auto take = [&](const auto& parts) {
+        if (hit.number >= parts.size()) return;
+        selection = hit;
+        selectedPart = parts[hit.number];
+        selectedAmong = parts.size();
+    };
+    if (hit.kind == Hit::Kind::Brush) take(document.brushes);
+    if (hit.kind == Hit::Kind::Entity) take(document.entities);
+}
+
+void Editor::selectBrush(std::size_t number)
+{
+    Hit hit;
+    hit.kind = Hit::Kind::Brush;
+    hit.number = number;
+    select(hit);
+}
+
+void Editor::selectEntity(std::size_t number)
+{
+    Hit hit;
+    hit.kind = Hit::Kind::Entity;
+    hit.number = number;
+    select(hit);
 }
 
 Bounds Editor::getSelectionBounds() const
@@ -156,13 +222,15 @@ void Editor::duplicateSelection()
     paste(copySelection());
 }
 
-void Editor::moveSelection(const Vector3<double>& by, int tag)
+bool Editor::moveSelection(const Vector3<double>& by, int tag)
 {
+    bool isMoved = false;
     const auto change = [&](MapDocument& changed) {
-        if (hasBrush()) moveBrush(changed, selection.number, by);
-        if (hasEntity()) moveEntity(changed, selection.number, by);
+        if (hasBrush()) isMoved = moveBrush(changed, selection.number, by);
+        if (hasEntity()) isMoved = moveEntity(changed, selection.number, by);
     };
     edit(change, tag);
+    return isMoved;
 }
 
 std::string Editor::copySelection() const
@@ -172,7 +240,11 @@ std::string Editor::copySelection() const
         const PlacedBrush& placed = *document.brushes[selection.number];
         part.meshes.push_back({document.meshOrigins[placed.mesh], {placed.brush}});
     } else if (hasEntity()) {
-        part.entities.push_back(*document.entities[selection.number]);
+        // Counted from the world's origin: the text may go into another map.
+        MapDocument alone;
+        alone.entities.push_back(document.entities[selection.number]);
+        moveEntity(alone, 0, document.getEntityOrigin());
+        part.entities.push_back(*alone.entities.front());
     } else {
         return {};
     }
@@ -189,24 +261,38 @@ bool Editor::paste(const std::string& text)
     }
     const double step = grid > 0 ? grid : 0.5;
     Hit added;
-    edit([&](MapDocument& changed) {
-        for (const MeshSource& mesh : part->meshes) {
-            for (const BrushSource& brush : mesh.brushes) {
-                // Into the first mesh, at its place in the world.
-                const Vector3<double> shift = Vector3<double>(mesh.origin.x, mesh.origin.y, mesh.origin.z) -
-                                              changed.getOrigin(0) + Vector3<double>(step, step, 0);
-                changed.brushes.push_back(std::make_shared<const PlacedBrush>(PlacedBrush{brush, 0}));
-                added = {Hit::Kind::Brush, changed.brushes.size() - 1, 0, 0, {}, {}};
-                if (!moveBrush(changed, added.number, shift)) changed.brushes.pop_back();
+    edit([&](MapDocument& changed) { added = addPart(changed, *part, step); });
+    if (added.kind == Hit::Kind::Nothing) {
+        say("There is nothing to paste, or no room for it");
+        return false;
+    }
+    select(added);
+    return true;
+}
+
+/// So far aside in x and y; what was added last.
+Hit Editor::addPart(MapDocument& map, const MapSource& part, double step)
+{
+    Hit added;
+    for (const MeshSource& mesh : part.meshes) {
+        // Into the first mesh, at its place in the world.
+        const Vector3<double> shift = Vector3<double>(mesh.origin.x, mesh.origin.y, mesh.origin.z) - map.getOrigin(0) +
+                                      Vector3<double>(step, step, 0);
+        for (const BrushSource& brush : mesh.brushes) {
+            map.brushes.push_back(std::make_shared<const PlacedBrush>(PlacedBrush{brush, 0}));
+            if (moveBrush(map, map.brushes.size() - 1, shift)) {
+                added.kind = Hit::Kind::Brush;
+                added.number = map.brushes.size() - 1;
+            } else {
+                map.brushes.pop_back();
             }
         }
-        for (const EntitySource& entity : part->entities) {
-            changed.entities.push_back(std::make_shared<const EntitySource>(entity));
-            added = {Hit::Kind::Entity, changed.entities.size() - 1, 0, 0, {}, {}};
-            moveEntity(changed, added.number, {step, step, 0});
-        }
-    });
-    select(added);
-    noteChange();
-    return true;
+    }
+    for (const EntitySource& entity : part.entities) {
+        map.entities.push_back(std::make_shared<const EntitySource>(entity));
+        moveEntity(map, map.entities.size() - 1, Vector3<double>(step, step, 0) - map.getEntityOrigin());
+        added.kind = Hit::Kind::Entity;
+        added.number = map.entities.size() - 1;
+    }
+    return added;
 }

@@ -67,8 +67,7 @@ void Gui::handle(const SDL_Event& event)
         if (key < keys.size()) keys[key] = event.type == SDL_KEYDOWN;
         if (key < keys.size() && keys[key]) pressedKeys[key] = true;
     }
-    if (event.type == SDL_MOUSEMOTION)
-        mouse = {static_cast<float>(event.motion.x), static_cast<float>(event.motion.y)};
+    if (event.type == SDL_MOUSEMOTION) mouse = {static_cast<float>(event.motion.x), static_cast<float>(event.motion.y)};
     if (event.type != SDL_MOUSEBUTTONDOWN && event.type != SDL_MOUSEBUTTONUP) return;
     mouse = {static_cast<float>(event.button.x), static_cast<float>(event.button.y)};
     const int number = numberOf(event.button.button);

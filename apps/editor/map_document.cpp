@@ -102,7 +102,8 @@ std::string getEntry(const EntitySource& entity, const std::string& name)
 std::string formatPosition(const Vector3<double>& position)
 {
     char text[128];
-    std::snprintf(text, sizeof text, "%.10g %.10g %.10g", position.x, position.y, position.z);
+    // No more digits than a person means, and no -0.
+    std::snprintf(text, sizeof text, "%.10g %.10g %.10g", position.x + 0.0, position.y + 0.0, position.z + 0.0);
     return text;
 }
 

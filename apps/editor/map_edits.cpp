@@ -7,25 +7,71 @@
 
 namespace {
 
+bool isNear(const Vector3<double>& v)
+{
+    return std::fabs(v.x) <= largestCoordinate && std::fabs(v.y) <= largestCoordinate &&
+           std::fabs(v.z) <= largestCoordinate;
+}
+
+/// Sums of decimal fractions would otherwise end up in files as 0.30000000000000004.
+double withoutNoise(double coordinate)
+{
+    const double rounded = std::round(coordinate * 1e9) / 1e9;
+    return std::fabs(coordinate) <= largestCoordinate ? rounded + 0.0 : coordinate;
+}
+
+bool isScale(double scale)
+{
+    return std::fabs(scale) <= largestCoordinate && scale != 0;
+}
+
+/// In files "none" means no texture.
+std::string nameOrNone(const std::string& texture)
+{
+    return texture == "none" ? "" : texture;
+}
+
+bool isSame(const EntitySource& a, const EntitySource& b)
+{
+    return a == b;
+}
+
+bool isSame(const PlacedBrush& a, const PlacedBrush& b)
+{
+    const auto isSameSide = [](const SideSource& s, const SideSource& t) {
+        return s.normal == t.normal && s.distance == t.distance && s.texture == t.texture;
+    };
+    const BrushSource& first = a.brush;
+    const BrushSource& second = b.brush;
+    return a.mesh == b.mesh && first.kind == second.kind && first.scale == second.scale &&
+           first.isSolid == second.isSolid &&
+           std::equal(first.sides.begin(), first.sides.end(), second.sides.begin(), second.sides.end(), isSameSide);
+}
+
 bool isBrushSize(const Bounds& box)
 {
     const Vector3<double> size = box.maximum - box.minimum;
-    const auto isNear = [](const Vector3<double>& v) {
-        return std::fabs(v.x) <= largestCoordinate && std::fabs(v.y) <= largestCoordinate &&
-               std::fabs(v.z) <= largestCoordinate;
-    };
     return size.x >= smallestBrush && size.y >= smallestBrush && size.z >= smallestBrush && isNear(box.minimum) &&
            isNear(box.maximum);
 }
 
-/// Puts a changed copy in the place of a part.
+/// Puts a changed copy in the place of a part; one that is as before is no change.
 template <class Part, class Change>
-void replace(std::vector<std::shared_ptr<const Part>>& parts, std::size_t number, Change change)
+bool replace(std::vector<std::shared_ptr<const Part>>& parts, std::size_t number, Change change)
 {
-    if (number >= parts.size()) return;
+    if (number >= parts.size()) return false;
     auto changed = std::make_shared<Part>(*parts[number]);
     change(*changed);
-    parts[number] = std::move(changed);
+    if (!isSame(*changed, *parts[number])) parts[number] = std::move(changed);
+    return true;
+}
+
+template <class Part>
+bool erase(std::vector<std::shared_ptr<const Part>>& parts, std::size_t number)
+{
+    if (number >= parts.size()) return false;
+    parts.erase(parts.begin() + static_cast<std::ptrdiff_t>(number));
+    return true;
 }
 
 void setBoxPlanes(BrushSource& brush, const Bounds& box)
@@ -33,7 +79,7 @@ void setBoxPlanes(BrushSource& brush, const Bounds& box)
     for (std::size_t i = 0; i < boxSides.size(); ++i) {
         const Vector3<double>& normal = boxSides[i].normal;
         const bool isUpper = normal.x + normal.y + normal.z > 0;
-        brush.sides[i].distance = dot(normal, isUpper ? box.maximum : box.minimum);
+        brush.sides[i].distance = withoutNoise(dot(normal, isUpper ? box.maximum : box.minimum));
     }
 }
 
@@ -46,22 +92,28 @@ ConvexSolid makeSolid(const BrushSource& brush)
 
 } // namespace
 
+bool setTitle(MapDocument& document, const std::string& title)
+{
+    if (!isStorable(title)) return false;
+    document.title = title;
+    return true;
+}
+
 bool addBox(MapDocument& document, const Bounds& box, const std::string& texture, double scale)
 {
-    if (!isBrushSize(box) || !isStorable(texture) || !std::isfinite(scale) || scale == 0) return false;
+    if (!isBrushSize(box) || !isStorable(texture) || !isScale(scale)) return false;
     PlacedBrush placed;
     placed.brush.scale = scale;
-    for (const BoxSide& side : boxSides) placed.brush.sides.push_back({side.normal, 0, texture});
+    for (const BoxSide& side : boxSides) placed.brush.sides.push_back({side.normal, 0, nameOrNone(texture)});
     const Vector3<double> origin = document.getOrigin(0);
     setBoxPlanes(placed.brush, {box.minimum - origin, box.maximum - origin});
     document.brushes.push_back(std::make_shared<const PlacedBrush>(std::move(placed)));
     return true;
 }
 
-void removeBrush(MapDocument& document, std::size_t number)
+bool removeBrush(MapDocument& document, std::size_t number)
 {
-    if (number < document.brushes.size())
-        document.brushes.erase(document.brushes.begin() + static_cast<std::ptrdiff_t>(number));
+    return erase(document.brushes, number);
 }
 
 bool moveBrush(MapDocument& document, std::size_t number, const Vector3<double>& by)
@@ -70,7 +122,7 @@ bool moveBrush(MapDocument& document, std::size_t number, const Vector3<double>&
     const Bounds bounds = getBounds(document, *document.brushes[number]);
     if (!isBrushSize({bounds.minimum + by, bounds.maximum + by})) return false;
     replace(document.brushes, number, [&](PlacedBrush& placed) {
-        for (SideSource& side : placed.brush.sides) side.distance += dot(side.normal, by);
+        for (SideSource& side : placed.brush.sides) side.distance = withoutNoise(side.distance + dot(side.normal, by));
     });
     return true;
 }
@@ -94,31 +146,31 @@ bool duplicateBrush(MapDocument& document, std::size_t number, const Vector3<dou
     return false;
 }
 
-void setTexture(MapDocument& document, std::size_t brush, const std::string& texture)
+bool setTexture(MapDocument& document, std::size_t brush, const std::string& texture)
 {
-    if (!isStorable(texture)) return;
-    replace(document.brushes, brush, [&](PlacedBrush& placed) {
-        for (SideSource& side : placed.brush.sides) side.texture = texture;
+    if (!isStorable(texture)) return false;
+    return replace(document.brushes, brush, [&](PlacedBrush& placed) {
+        for (SideSource& side : placed.brush.sides) side.texture = nameOrNone(texture);
     });
 }
 
-void setSideTexture(MapDocument& document, std::size_t brush, std::size_t side, const std::string& texture)
+bool setSideTexture(MapDocument& document, std::size_t brush, std::size_t side, const std::string& texture)
 {
-    if (!isStorable(texture)) return;
-    replace(document.brushes, brush, [&](PlacedBrush& placed) {
-        if (side < placed.brush.sides.size()) placed.brush.sides[side].texture = texture;
-    });
+    const bool isThere = brush < document.brushes.size() && side < document.brushes[brush]->brush.sides.size();
+    if (!isStorable(texture) || !isThere) return false;
+    return replace(document.brushes, brush,
+                   [&](PlacedBrush& placed) { placed.brush.sides[side].texture = nameOrNone(texture); });
 }
 
-void setTextureScale(MapDocument& document, std::size_t brush, double scale)
+bool setTextureScale(MapDocument& document, std::size_t brush, double scale)
 {
-    if (!(std::fabs(scale) <= largestCoordinate) || scale == 0) return;
-    replace(document.brushes, brush, [&](PlacedBrush& placed) { placed.brush.scale = scale; });
+    if (!isScale(scale)) return false;
+    return replace(document.brushes, brush, [&](PlacedBrush& placed) { placed.brush.scale = scale; });
 }
 
-void setSolid(MapDocument& document, std::size_t brush, bool isSolid)
+bool setSolid(MapDocument& document, std::size_t brush, bool isSolid)
 {
-    replace(document.brushes, brush, [&](PlacedBrush& placed) { placed.brush.isSolid = isSolid; });
+    return replace(document.brushes, brush, [&](PlacedBrush& placed) { placed.brush.isSolid = isSolid; });
 }
 
 Bounds getBounds(const MapDocument& document, const PlacedBrush& placed)
@@ -130,25 +182,26 @@ Bounds getBounds(const MapDocument& document, const PlacedBrush& placed)
     return {solid.calculateMinimum() + origin, solid.calculateMaximum() + origin};
 }
 
-void addEntity(MapDocument& document, const std::string& className, const Vector3<double>& position)
+bool addEntity(MapDocument& document, const std::string& className, const Vector3<double>& position)
 {
-    if (className.empty() || !isStorable(className)) return;
+    if (className.empty() || !isStorable(className) || !isNear(position)) return false;
     const std::string place = formatPosition(position - document.getEntityOrigin());
     document.entities.push_back(
         std::make_shared<const EntitySource>(EntitySource{{"class", className}, {"position", place}}));
+    return true;
 }
 
-void removeEntity(MapDocument& document, std::size_t number)
+bool removeEntity(MapDocument& document, std::size_t number)
 {
-    if (number < document.entities.size())
-        document.entities.erase(document.entities.begin() + static_cast<std::ptrdiff_t>(number));
+    return erase(document.entities, number);
 }
 
-void moveEntity(MapDocument& document, std::size_t number, const Vector3<double>& by)
+bool moveEntity(MapDocument& document, std::size_t number, const Vector3<double>& by)
 {
-    if (number >= document.entities.size()) return;
-    const Vector3<double> place = getPosition(document, *document.entities[number]) + by - document.getEntityOrigin();
-    setEntityEntry(document, number, "position", formatPosition(place));
+    if (number >= document.entities.size()) return false;
+    const Vector3<double> place = getPosition(document, *document.entities[number]) + by;
+    if (!isNear(place)) return false;
+    return setEntityEntry(document, number, "position", formatPosition(place - document.getEntityOrigin()));
 }
 
 bool setEntityEntry(MapDocument& document, std::size_t number, const std::string& name, const std::string& value)
@@ -174,13 +227,14 @@ Vector3<double> getPosition(const MapDocument& document, const EntitySource& ent
     return document.getEntityOrigin() + readPosition(getEntry(entity, "position")).value_or(Vector3<double>());
 }
 
-void setFlatTerrain(MapDocument& document, int width, int height, int spacing, const std::string& texture)
+bool setFlatTerrain(MapDocument& document, int width, int height, int spacing, const std::string& texture)
 {
+    if (!isStorable(texture)) return false;
     TerrainSource terrain;
     terrain.width = std::clamp(width, 1, 256);
     terrain.height = std::clamp(height, 1, 256);
     terrain.spacing = std::clamp(spacing, 1, 1000);
-    terrain.texture = texture;
+    terrain.texture = nameOrNone(texture);
     terrain.scale = 0.25;
     terrain.heights.assign(
         static_cast<std::size_t>(terrain.countColumns()) * static_cast<std::size_t>(terrain.countRows()), 0.0f);
@@ -189,6 +243,7 @@ void setFlatTerrain(MapDocument& document, int width, int height, int spacing, c
         document.terrains.push_back(std::move(shared));
     else
         document.terrains.front() = std::move(shared);
+    return true;
 }
 
 bool isStorable(const std::string& text)
@@ -198,7 +253,7 @@ bool isStorable(const std::string& text)
 
 double snap(double coordinate, double grid)
 {
-    return grid > 0 ? std::floor(coordinate / grid + 0.5) * grid : coordinate;
+    return grid > 0 ? withoutNoise(std::floor(coordinate / grid + 0.5) * grid) : coordinate;
 }
 
 Vector3<double> snap(const Vector3<double>& point, double grid)

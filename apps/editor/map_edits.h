@@ -2,7 +2,11 @@
 
 #include "map_document.h"
 
-// Changes of a document. Numbers count from 0; one that does not exist changes nothing. Coordinates are the world's.
+// Changes of a document. False: there is no such part, or the change is not possible; then nothing has changed. Numbers
+// count from 0. Coordinates are the world's.
+
+/// False for a title that a map file cannot hold.
+bool setTitle(MapDocument& document, const std::string& title);
 
 /// The corners of a box, and of what encloses any other brush.
 struct Bounds {
@@ -10,14 +14,13 @@ struct Bounds {
     Vector3<double> maximum;
 };
 
-/// Of a part of the world; for what is too small to be a brush, nothing.
-constexpr double smallestBrush = 0.01;
-constexpr double largestCoordinate = 1e6; // as in map files
+constexpr double smallestBrush = 0.01;    ///< length of a side
+constexpr double largestCoordinate = 1e6; ///< as in map files
 
 /// All six sides with one texture (empty: none). False for a box that is too small or too far away.
 bool addBox(MapDocument& document, const Bounds& box, const std::string& texture, double scale);
 
-void removeBrush(MapDocument& document, std::size_t number);
+bool removeBrush(MapDocument& document, std::size_t number);
 bool moveBrush(MapDocument& document, std::size_t number, const Vector3<double>& by);
 
 /// Of boxes only; textures stay. False when the brush is no box and when the new one is too small.
@@ -26,17 +29,18 @@ bool resizeBrush(MapDocument& document, std::size_t number, const Bounds& box);
 /// A copy of it, moved. The new one is the last.
 bool duplicateBrush(MapDocument& document, std::size_t number, const Vector3<double>& by);
 
-void setTexture(MapDocument& document, std::size_t brush, const std::string& texture);
-void setSideTexture(MapDocument& document, std::size_t brush, std::size_t side, const std::string& texture);
-void setTextureScale(MapDocument& document, std::size_t brush, double scale);
-void setSolid(MapDocument& document, std::size_t brush, bool isSolid);
+bool setTexture(MapDocument& document, std::size_t brush, const std::string& texture);
+bool setSideTexture(MapDocument& document, std::size_t brush, std::size_t side, const std::string& texture);
+bool setTextureScale(MapDocument& document, std::size_t brush, double scale);
+bool setSolid(MapDocument& document, std::size_t brush, bool isSolid);
 
 /// In the world; empty for a brush that has no room inside.
 Bounds getBounds(const MapDocument& document, const PlacedBrush& placed);
 
-void addEntity(MapDocument& document, const std::string& className, const Vector3<double>& position);
-void removeEntity(MapDocument& document, std::size_t number);
-void moveEntity(MapDocument& document, std::size_t number, const Vector3<double>& by);
+/// False for a class that a map file cannot hold and for a place that is too far away.
+bool addEntity(MapDocument& document, const std::string& className, const Vector3<double>& position);
+bool removeEntity(MapDocument& document, std::size_t number);
+bool moveEntity(MapDocument& document, std::size_t number, const Vector3<double>& by);
 
 /// False for a name or a value that a map file cannot hold. An empty value removes the entry, but never the class.
 bool setEntityEntry(MapDocument& document, std::size_t number, const std::string& name, const std::string& value);
@@ -44,12 +48,13 @@ bool setEntityEntry(MapDocument& document, std::size_t number, const std::string
 /// Where it stands in the world; the origin of entities without a good position.
 Vector3<double> getPosition(const MapDocument& document, const EntitySource& entity);
 
-/// Flat, around the origin, in place of the first terrain if there is one.
-void setFlatTerrain(MapDocument& document, int width, int height, int spacing, const std::string& texture);
+/// Flat, around the origin, in place of the first terrain if there is one. Sizes are brought within 1 to 256 cells,
+/// the spacing within 1 to 1000. False for a texture that a map file cannot hold.
+bool setFlatTerrain(MapDocument& document, int width, int height, int spacing, const std::string& texture);
 
 /// Quotes and brackets would not come back from a file.
 bool isStorable(const std::string& text);
 
-/// The multiple of the grid nearest to a coordinate; the coordinate itself for a grid of 0.
+/// The multiple of the grid nearest to a coordinate, the upper one of two; the coordinate itself for a grid of 0.
 double snap(double coordinate, double grid);
 Vector3<double> snap(const Vector3<double>& point, double grid);

@@ -42,7 +42,7 @@ bool readText(const std::string& fileName, std::string& outText, std::string& ou
         return false;
     }
     std::ifstream file(fileName, std::ios::binary);
-    outText.assign(std::istreambuf_iterator<char>(file), {});
+    if (file.is_open()) outText.assign(std::istreambuf_iterator<char>(file), {});
     if (file.bad() || !file.is_open()) outProblem = "cannot read " + fileName;
     return outProblem.empty();
 }
@@ -64,12 +64,19 @@ std::optional<MapDocument> loadMap(const std::string& fileName, std::string& out
 
 bool saveMap(const MapDocument& document, const std::string& fileName, std::string& outProblem)
 {
-    const ConfigFile file(makeMapSection(toSource(document)).release());
+    const MapSource source = toSource(document);
+    const ConfigFile file(makeMapSection(source).release());
+    bool isOther = false;
     const auto write = [&](const std::string& otherName) {
         std::string problem;
-        return file.write(otherName) && loadMap(otherName, problem);
+        if (!file.write(otherName)) return false;
+        const std::optional<MapDocument> written = loadMap(otherName, problem);
+        isOther = !written || formatMap(toSource(*written)) != formatMap(source);
+        return !isOther;
     };
-    return replaceFile(fileName, write, outProblem);
+    if (replaceFile(fileName, write, outProblem)) return true;
+    if (isOther) outProblem = "cannot write " + fileName + ": it would not be read as the same map";
+    return false;
 }
 
 bool compileMapFile(const MapDocument& document, const std::string& fileName, std::string& outProblem)
@@ -95,7 +102,7 @@ bool hasYoungerAutosave(const std::string& fileName)
     const auto saved = std::filesystem::last_write_time(autosaveNameOf(fileName), failure);
     if (failure) return false;
     const auto map = std::filesystem::last_write_time(fileName, failure);
-    return failure || saved > map;
+    return failure || saved >= map; // of the same moment: the map's own time may be rounded
 }
 
 std::string formatMap(const MapSource& source)

@@ -15,7 +15,7 @@ bool compileMapFile(const MapDocument& document, const std::string& fileName, st
 /// Where unsaved changes are kept beside a map.
 std::string autosaveNameOf(const std::string& fileName);
 
-/// Whether there is an autosave that is younger than its map, or has none.
+/// Whether there is an autosave that is not older than its map, or has none.
 bool hasYoungerAutosave(const std::string& fileName);
 
 /// Parts of a map as text, as for the clipboard, and back.

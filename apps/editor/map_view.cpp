@@ -15,12 +15,11 @@
 
 namespace {
 
-constexpr float fieldOfView = 65; // degrees, vertical
-constexpr float nearDistance = 0.1f;
-constexpr float farDistance = 1500;
 constexpr int gridLineCount = 60; // in each direction
 
 constexpr Vector4<float> selectionColor = {1.0f, 0.8f, 0.2f, 1.0f};
+constexpr Vector4<float> sideColor = {1.0f, 0.45f, 0.1f, 1.0f};
+constexpr Vector4<float> pointedColor = {0.75f, 0.75f, 0.75f, 1.0f};
 constexpr Vector4<float> previewColor = {0.4f, 0.9f, 1.0f, 1.0f};
 constexpr Vector4<float> entityColor = {0.5f, 1.0f, 0.5f, 1.0f};
 constexpr Vector4<float> gridColor = {0.35f, 0.37f, 0.4f, 1.0f};
@@ -28,6 +27,13 @@ constexpr Vector4<float> gridColor = {0.35f, 0.37f, 0.4f, 1.0f};
 Vector3<float> toFloat(const Vector3<double>& v)
 {
     return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+}
+
+ConvexSolid makeSolid(const PlacedBrush& placed)
+{
+    std::vector<SolidPlane> planes;
+    for (const SideSource& side : placed.brush.sides) planes.emplace_back(side.normal, side.distance);
+    return ConvexSolid(planes);
 }
 
 Program* loadProgram(RenderDevice& device, GameData& data, const std::string& name)
@@ -40,23 +46,39 @@ Program* loadProgram(RenderDevice& device, GameData& data, const std::string& na
     return program;
 }
 
+template <class Corners>
+void addTerrain(const TerrainSource& terrain, Corners& corners)
+{
+    const auto heightAt = [&](int column, int row) {
+        const int c = std::clamp(column, 0, terrain.countColumns() - 1);
+        const int r = std::clamp(row, 0, terrain.countRows() - 1);
+        return terrain.heights[static_cast<std::size_t>(r) * static_cast<std::size_t>(terrain.countColumns()) +
+                               static_cast<std::size_t>(c)];
+    };
+    const auto spacing = static_cast<float>(terrain.spacing);
+    const auto add = [&](int column, int row) {
+        const Vector3<float> offset = {static_cast<float>(column - terrain.width) * spacing,
+                                       static_cast<float>(row - terrain.height) * spacing, heightAt(column, row)};
+        corners.positions.push_back(terrain.origin + offset);
+        corners.textureCoordinates.push_back(
+            {offset.x * static_cast<float>(terrain.scale), -offset.y * static_cast<float>(terrain.scale)});
+        corners.normals.push_back(
+            normalize(Vector3<float>(heightAt(column - 1, row) - heightAt(column + 1, row),
+                                     heightAt(column, row - 1) - heightAt(column, row + 1), 2 * spacing)));
+    };
+    for (int row = 0; row + 1 < terrain.countRows(); ++row) {
+        for (int column = 0; column + 1 < terrain.countColumns(); ++column) {
+            add(column, row);
+            add(column + 1, row);
+            add(column + 1, row + 1);
+            add(column + 1, row + 1);
+            add(column, row + 1);
+            add(column, row);
+        }
+    }
+}
+
 } // namespace
-
-Matrix4<float> calculateEditorProjection(const Viewpoint& camera, int width, int height)
-{
-    return calculateViewProjection(camera, calculateViewExtents(fieldOfView, {width, height}), nearDistance,
-                                   farDistance);
-}
-
-Ray calculateRay(const Viewpoint& camera, const ScreenArea& area, const Vector2<float>& pixel)
-{
-    const Vector2<float> extents = calculateViewExtents(fieldOfView, {area.width, area.height});
-    const float right = ((pixel.x - static_cast<float>(area.x)) / static_cast<float>(area.width) * 2 - 1) * extents.x;
-    const float up = (1 - (pixel.y - static_cast<float>(area.y)) / static_cast<float>(area.height) * 2) * extents.y;
-    const Vector3<float> direction =
-        normalize(camera.getForward() + camera.getRight() * right + camera.getUp() * up);
-    return {{camera.position.x, camera.position.y, camera.position.z}, {direction.x, direction.y, direction.z}};
-}
 
 MapView::MapView(RenderDevice& device, GameData& data, TextureShelf& textures)
     : device(device), textures(textures), surfaceProgram(loadProgram(device, data, "editor.cfg")),
@@ -79,10 +101,8 @@ const MapView::CornersByTexture& MapView::findShape(const MapDocument& document,
     Shape& shape = known->second;
     if (!isNew) return shape.corners;
     shape.brush = placed;
-    std::vector<SolidPlane> planes;
-    for (const SideSource& side : placed->brush.sides) planes.emplace_back(side.normal, side.distance);
     const Vector3<double> origin = document.getOrigin(placed->mesh);
-    const ConvexSolid solid(planes);
+    const ConvexSolid solid = makeSolid(*placed);
     for (const ConvexSolid::Face& face : solid.getFaces()) {
         if (face.number >= placed->brush.sides.size()) continue; // of a brush that is open
         Corners& corners = shape.corners[placed->brush.sides[face.number].texture];
@@ -113,62 +133,9 @@ void MapView::makeBatches(const CornersByTexture& corners, std::vector<Batch>& b
     }
 }
 
-namespace {
-
-template <class Corners>
-void addTerrain(const TerrainSource& terrain, Corners& corners)
-{
-    const auto heightAt = [&](int column, int row) {
-        const int c = std::clamp(column, 0, terrain.countColumns() - 1);
-        const int r = std::clamp(row, 0, terrain.countRows() - 1);
-        return terrain.heights[static_cast<std::size_t>(r) * static_cast<std::size_t>(terrain.countColumns()) +
-                               static_cast<std::size_t>(c)];
-    };
-    const auto spacing = static_cast<float>(terrain.spacing);
-    const auto add = [&](int column, int row) {
-        const Vector3<float> offset = {static_cast<float>(column - terrain.width) * spacing,
-                                       static_cast<float>(row - terrain.height) * spacing, heightAt(column, row)};
-        corners.positions.push_back(terrain.origin + offset);
-        corners.textureCoordinates.push_back({offset.x * static_cast<float>(terrain.scale),
-                                              -offset.y * static_cast<float>(terrain.scale)});
-        corners.normals.push_back(normalize(Vector3<float>(heightAt(column - 1, row) - heightAt(column + 1, row),
-                                                           heightAt(column, row - 1) - heightAt(column, row + 1),
-                                                           2 * spacing)));
-    };
-    for (int row = 0; row + 1 < terrain.countRows(); ++row) {
-        for (int column = 0; column + 1 < terrain.countColumns(); ++column) {
-            add(column, row);
-            add(column + 1, row);
-            add(column + 1, row + 1);
-            add(column + 1, row + 1);
-            add(column, row + 1);
-            add(column, row);
-        }
-    }
-}
-
-} // namespace
-
 void MapView::update(const MapDocument& document)
 {
-    if (document.brushes != shown.brushes || document.meshOrigins != shown.meshOrigins) {
-        if (document.meshOrigins != shown.meshOrigins) shapes.clear();
-        CornersByTexture all;
-        std::set<const PlacedBrush*> used;
-        for (const auto& brush : document.brushes) {
-            used.insert(brush.get());
-            for (const auto& [texture, corners] : findShape(document, brush)) {
-                Corners& to = all[texture];
-                to.positions.insert(to.positions.end(), corners.positions.begin(), corners.positions.end());
-                to.textureCoordinates.insert(to.textureCoordinates.end(), corners.textureCoordinates.begin(),
-                                             corners.textureCoordinates.end());
-                to.normals.insert(to.normals.end(), corners.normals.begin(), corners.normals.end());
-            }
-        }
-        for (auto shape = shapes.begin(); shape != shapes.end();)
-            shape = used.count(shape->first) != 0 ? std::next(shape) : shapes.erase(shape);
-        makeBatches(all, brushBatches);
-    }
+    if (document.brushes != shown.brushes || document.meshOrigins != shown.meshOrigins) updateBrushes(document);
     if (document.terrains != shown.terrains) {
         CornersByTexture all;
         for (const auto& terrain : document.terrains)
@@ -178,10 +145,33 @@ void MapView::update(const MapDocument& document)
     shown = document;
 }
 
+/// One batch for each texture; only what is new is computed anew.
+void MapView::updateBrushes(const MapDocument& document)
+{
+    if (document.meshOrigins != shown.meshOrigins) shapes.clear();
+    CornersByTexture all;
+    std::set<const PlacedBrush*> used;
+    const auto append = [](auto& list, const auto& more) { list.insert(list.end(), more.begin(), more.end()); };
+    for (const auto& brush : document.brushes) {
+        used.insert(brush.get());
+        for (const auto& [texture, corners] : findShape(document, brush)) {
+            Corners& to = all[texture];
+            append(to.positions, corners.positions);
+            append(to.textureCoordinates, corners.textureCoordinates);
+            append(to.normals, corners.normals);
+        }
+    }
+    for (auto shape = shapes.begin(); shape != shapes.end();)
+        shape = used.count(shape->first) != 0 ? std::next(shape) : shapes.erase(shape);
+    makeBatches(all, brushBatches);
+}
+
 void MapView::draw(const Editor& editor, const Viewpoint& camera, const ScreenArea& area, const Preview& preview)
 {
-    update(editor.getDocument());
-    if (area.width <= 0 || area.height <= 0) return;
+    const MapDocument& document = editor.getDocument();
+    if (shownVersion != editor.getVersion()) update(document);
+    shownVersion = editor.getVersion();
+    if (area.isEmpty()) return;
     device.setViewport(area.x, area.y, area.width, area.height, area.screenHeight);
     device.setCullMode(CullMode::Back);
     device.setBlendMode(BlendMode::None);
@@ -198,9 +188,10 @@ void MapView::draw(const Editor& editor, const Viewpoint& camera, const ScreenAr
     device.setUniform("viewProjection", viewProjection);
     drawGrid(editor, camera);
     device.setUniform("world", Matrix4<float>());
-    drawEntities(editor.getDocument());
+    drawEntities(document);
     device.disable(RenderFeature::DepthTest); // what is chosen is seen through walls
-    drawSelection(editor);
+    drawOutline(document, preview.pointedAt, pointedColor);
+    drawOutline(document, editor.getSelection(), selectionColor);
     drawPreview(preview);
     device.enable(RenderFeature::DepthTest);
 }
@@ -239,10 +230,38 @@ void MapView::drawEntities(const MapDocument& document)
     }
 }
 
-void MapView::drawSelection(const Editor& editor)
+/// Of a brush all edges; of the selected one those of the side that was clicked in a colour of their own.
+void MapView::drawOutline(const MapDocument& document, const Hit& hit, const Vector4<float>& color)
 {
-    if (!editor.hasBrush() && !editor.hasEntity()) return;
-    drawBox(editor.getSelectionBounds(), selectionColor);
+    if (hit.kind == Hit::Kind::Entity && hit.number < document.entities.size()) {
+        const Vector3<double> middle = getPosition(document, *document.entities[hit.number]);
+        const Vector3<double> half = {entityHalfSize, entityHalfSize, entityHalfSize};
+        drawBox({middle - half, middle + half}, color);
+    }
+    if (hit.kind != Hit::Kind::Brush || hit.number >= document.brushes.size()) return;
+    const PlacedBrush& placed = *document.brushes[hit.number];
+    const Vector3<double> origin = document.getOrigin(placed.mesh);
+    std::vector<Vector3<float>> edges;
+    std::vector<Vector3<float>> edgesOfSide;
+    const ConvexSolid solid = makeSolid(placed);
+    for (const ConvexSolid::Face& face : solid.getFaces()) {
+        std::vector<Vector3<float>>& ends = face.number == hit.side ? edgesOfSide : edges;
+        for (std::size_t i = 0; i < face.loop.size(); ++i) {
+            ends.push_back(toFloat(face.loop[i] + origin));
+            ends.push_back(toFloat(face.loop[(i + 1) % face.loop.size()] + origin));
+        }
+    }
+    drawLines(edges, color);
+    drawLines(edgesOfSide, color == selectionColor ? sideColor : color);
+}
+
+void MapView::drawLines(const std::vector<Vector3<float>>& ends, const Vector4<float>& color)
+{
+    const OwnedBuffer buffer(device.createVertexBuffer(false), {&device});
+    if (!buffer || ends.empty()) return;
+    buffer->setAttribute(VertexAttribute::Position, ends);
+    device.setUniform("flatColor", color);
+    buffer->drawLines();
 }
 
 void MapView::drawPreview(const Preview& preview)

@@ -10,11 +10,36 @@
 
 namespace {
 
-const char* const footer =
-    "Keys: Ctrl+N O S Shift+S  new, open, save, save as; Ctrl+Z Y  undo, redo; Ctrl+C X V D  copy, cut, paste,\n"
-    "duplicate; Delete; 1 2 3 4  select, box, terrain, object; [ ]  grid; F  look at the selection; F5  compile and\n"
-    "play; F9  settings; F12  picture; ^ or `  console. In the picture of the map: right button and W A S D Q E to fly;\n"
-    "dragging moves, with Alt up and down, with Shift one side.";
+const char* const footer = R"(Keys:
+  Ctrl+N, O             new map, open a map
+  Ctrl+S, Ctrl+Shift+S  save, save under another name
+  Ctrl+Q                quit
+  Ctrl+Z, Ctrl+Y        undo, redo (also Ctrl+Shift+Z)
+  Ctrl+C, X, V, D       copy, cut, paste, duplicate what is selected
+  Delete                delete it
+  Escape                select nothing; ends what is being dragged
+  1 2 3 4               tools: select, box, terrain, object
+  [ and ]               finer and coarser grid
+  F                     look at what is selected
+  F5                    save, compile and play
+  F9                    settings
+  F11                   full screen and back
+  F12                   a picture, screenshot-001.bmp and so on
+  ` (left of 1)         type a command of the script language
+
+In the picture of the map the right mouse button looks around, W A S D, Q and E
+fly, with Shift fast, and the wheel goes forwards and back. With the tool to
+select, dragging moves, with Alt up and down, with Shift the side of a box.
+
+Exit status:
+  0    all is well
+  2    wrong arguments
+  3    broken or missing data, or a session that cannot be played or recorded
+  4    no video driver, no window or no OpenGL 3.2
+  5    the picture of a session cannot be written
+
+With XUM_MESSAGE_BOXES=0 in the environment messages go to standard error. docs/editor.md
+tells more.)";
 
 std::string checkSize(const std::string& text)
 {
@@ -36,10 +61,12 @@ std::optional<EditorOptions> readOptions(int argumentCount, const char* const* a
     CLI::App parser("Make and change maps for xum-engine.", "xum-editor");
     parser.footer(footer);
     parser.add_option("map", options.mapFile, "The map to open, a .cfg file")->type_name("MAP");
-    parser.add_option("--data", options.dataDirectory,
-                      "The directory that holds shaders/, textures/ and so on (" + options.dataDirectory + ")")
+    parser
+        .add_option("--data", options.dataDirectory,
+                    "The directory that holds shaders/, textures/ and so on (" + options.dataDirectory + ")")
         ->type_name("DIR");
-    parser.add_option("--settings", options.settingsFile, "Where settings are kept instead of the user's own directory")
+    parser
+        .add_option("--settings", options.settingsFile, "Where settings are kept instead of the user's own directory")
         ->type_name("FILE");
     parser.add_option("--game", options.gameProgram, "The game that F5 starts (the one beside the editor)")
         ->type_name("PROGRAM");

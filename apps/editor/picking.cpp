@@ -45,25 +45,32 @@ std::optional<double> enterBox(const Ray& ray, const Vector3<double>& middle, do
     return entry->distance;
 }
 
-/// Steps along the ray until it is below the land, then closes in.
+/// Steps along the ray until it goes from above the land to below it, then closes in. Land is not met from below, nor
+/// at its rim, where it has no side.
 std::optional<double> meetTerrain(const MapDocument& document, const Ray& ray)
 {
     if (document.terrains.empty()) return std::nullopt;
     const double step = document.terrains.front()->spacing * 0.25;
-    const auto isBelow = [&](double distance) {
+    enum class Place : int { Outside, Above, Below };
+    const auto placeAt = [&](double distance) {
         const Vector3<double> point = ray.at(distance);
         const std::optional<double> height = findHeight(document, point.x, point.y);
-        return height && point.z < *height;
+        if (!height) return Place::Outside;
+        return point.z < *height ? Place::Below : Place::Above;
     };
-    if (isBelow(0)) return std::nullopt;
+    Place before = placeAt(0);
     const double reach = std::min(farthest, step * 20000);
     for (double distance = step; distance < reach; distance += step) {
-        if (!isBelow(distance)) continue;
+        const Place now = placeAt(distance);
+        if (before != Place::Above || now != Place::Below) {
+            before = now;
+            continue;
+        }
         double above = distance - step;
         double below = distance;
         for (int i = 0; i < 30; ++i) {
             const double middle = (above + below) / 2;
-            (isBelow(middle) ? below : above) = middle;
+            (placeAt(middle) == Place::Below ? below : above) = middle;
         }
         return below;
     }
@@ -80,7 +87,11 @@ Hit pick(const MapDocument& document, const Ray& ray)
         const PlacedBrush& placed = *document.brushes[i];
         const auto entry = enter(ray, placed.brush.sides, document.getOrigin(placed.mesh));
         if (!entry || entry->distance >= hit.distance) continue;
-        hit = {Hit::Kind::Brush,       i, entry->side, entry->distance, ray.at(entry->distance),
+        hit = {Hit::Kind::Brush,
+               i,
+               entry->side,
+               entry->distance,
+               ray.at(entry->distance),
                placed.brush.sides[entry->side].normal};
     }
     for (std::size_t i = 0; i < document.entities.size(); ++i) {

@@ -47,7 +47,7 @@ void read(const ConfigSection& section, const char* name, int smallest, int larg
 {
     double value = number;
     read(section, name, static_cast<double>(smallest), static_cast<double>(largest), value);
-    number = static_cast<int>(value);
+    number = static_cast<int>(value); // what stands behind a point is not looked at
 }
 
 } // namespace
@@ -100,13 +100,14 @@ bool writeSettings(const Settings& settings, const std::string& fileName, std::s
     add(*root, "mouse-speed", format(settings.mouseSpeed));
     add(*root, "autosave-seconds", std::to_string(settings.autosaveSeconds));
     for (const std::string& name : settings.recentFiles) {
-        if (name.find_first_of("\"<>") != std::string::npos) continue; // could not be read back
+        if (name.find_first_of("\"<>\r\n") != std::string::npos) continue; // could not be read back
         auto* const section = new ConfigSection("recent");
         root->addSection(section);
         add(*section, "name", name);
     }
     const ConfigFile file(root.release());
-    return replaceFile(fileName, [&](const std::string& otherName) { return file.write(otherName); }, outProblem);
+    return replaceFile(
+        fileName, [&](const std::string& otherName) { return file.write(otherName); }, outProblem);
 }
 
 void addRecentFile(Settings& settings, const std::string& fileName)

@@ -9,9 +9,9 @@
 struct Settings {
     Vector2<int> windowSize = {1280, 800};
     double grid = 0.5;
-    double cameraSpeed = 8;      ///< units a second
-    int autosaveSeconds = 60;    ///< 0: no autosave
-    double mouseSpeed = 0.2;     ///< degrees a pixel
+    double cameraSpeed = 8;               ///< units a second
+    int autosaveSeconds = 60;             ///< 0: no autosave
+    double mouseSpeed = 0.2;              ///< degrees a pixel
     std::vector<std::string> recentFiles; ///< the last one first
 };
 

@@ -8,7 +8,7 @@ enum class TerrainChange : int { Raise, Lower, Smooth, Flatten };
 struct TerrainBrush {
     TerrainChange change = TerrainChange::Raise;
     double radius = 6;   ///< world units
-    double strength = 2; ///< units a second in the middle; smoothing and flattening go that many tenths of the way
+    double strength = 2; ///< units a second in the middle; smoothing and flattening go three times that part of the way
 };
 
 /// Changes the first terrain around a point of the world for some time. Flattening goes towards the point's height.

@@ -12,10 +12,11 @@
 
 namespace {
 
-constexpr double reach = 1000;        // of what is drawn or moved at a distance
-constexpr float dragThreshold = 3;    // pixels
-constexpr float steepest = 89;        // degrees
-constexpr double fastFactor = 4;      // with Shift
+constexpr double reach = 1000;     // of what is drawn or moved at a distance
+constexpr double finest = 1e-4;    // rounding what rays meet
+constexpr float dragThreshold = 3; // pixels
+constexpr float steepest = 89;     // degrees
+constexpr double fastFactor = 4;   // with Shift
 constexpr Vector3<double> up = {0, 0, 1};
 
 MapDocument landOf(const MapDocument& document)
@@ -31,13 +32,19 @@ Hit pickOrGround(const MapDocument& document, const Ray& ray)
 {
     Hit hit = pick(document, ray);
     if (hit.kind != Hit::Kind::Nothing) return hit;
-    if (const auto ground = meetPlane(ray, {}, up, reach)) {
-        hit.point = *ground;
-        hit.normal = up;
-    } else {
-        hit.point = ray.at(10);
-    }
+    hit.normal = up;
+    hit.point = meetPlane(ray, {}, up, reach).value_or(ray.at(10));
     return hit;
+}
+
+/// On the grid, but never off the surface that it is on.
+Vector3<double> snapOnSurface(const Hit& hit, double grid)
+{
+    Vector3<double> point = snap(hit.point, grid);
+    if (std::fabs(hit.normal.x) > 0.99) point.x = hit.point.x;
+    if (std::fabs(hit.normal.y) > 0.99) point.y = hit.point.y;
+    if (std::fabs(hit.normal.z) > 0.99) point.z = hit.point.z;
+    return snap(point, finest);
 }
 
 } // namespace
@@ -52,7 +59,11 @@ void Viewport::update(const Gui& gui, const ScreenArea& area, double cameraSpeed
 {
     preview = {};
     if (!gui.wantsKeyboard()) fly(cameraSpeed, mouseSpeed, seconds);
-    if (area.width <= 0 || area.height <= 0) return;
+    if (state != Drag::None && (seenVersion != editor.getVersion() || ImGui::IsKeyPressed(SDL_SCANCODE_ESCAPE))) {
+        state = Drag::None; // what was grabbed may be gone
+        editor.endStep();
+    }
+    if (area.isEmpty()) return;
     const Vector2<float> mouse = gui.getMouse();
     const Ray ray = calculateRay(camera, area, mouse);
     const bool isFree = !gui.wantsMouse();
@@ -61,7 +72,19 @@ void Viewport::update(const Gui& gui, const ScreenArea& area, double cameraSpeed
         drag(ray, mouse, seconds);
     else
         release();
-    if (isFree && editor.tool == Editor::Tool::Terrain) showTerrainCircle(ray);
+    if (isFree) point(ray);
+    seenVersion = editor.getVersion();
+}
+
+/// Shows what a click would do.
+void Viewport::point(const Ray& ray)
+{
+    if (editor.tool == Editor::Tool::Select && state == Drag::None) preview.pointedAt = pick(editor.getDocument(), ray);
+    if (editor.tool != Editor::Tool::Terrain) return;
+    const Hit hit = pick(landOf(editor.getDocument()), ray);
+    if (hit.kind != Hit::Kind::Terrain) return;
+    preview.circleMiddle = hit.point;
+    preview.circleRadius = editor.terrainBrush.radius;
 }
 
 void Viewport::fly(double cameraSpeed, double mouseSpeed, float seconds)
@@ -102,8 +125,9 @@ void Viewport::press(const Ray& ray, const Vector2<float>& mouse)
         }
         break;
     case Editor::Tool::Box:
-        grabbed.point = snap(grabbed.point, editor.grid);
+        grabbed.point = snapOnSurface(grabbed, editor.grid);
         grabbedBounds = boxTo(grabbed.point);
+        hasDrawn = false;
         state = Drag::DrawBox;
         break;
     case Editor::Tool::Terrain:
@@ -114,16 +138,19 @@ void Viewport::press(const Ray& ray, const Vector2<float>& mouse)
             editor.say(document.terrains.empty() ? "There is no terrain yet: make one in the panel on the left"
                                                  : "There is no land here");
         break;
-    case Editor::Tool::Object: {
-        const Vector3<double> place = snap(grabbed.point, editor.grid);
-        editor.edit([&](MapDocument& changed) { addEntity(changed, editor.entityClass, place); });
-        Hit added;
-        added.kind = Hit::Kind::Entity;
-        added.number = editor.getDocument().entities.size() - 1;
-        if (!editor.getDocument().entities.empty()) editor.select(added);
-        break;
+    case Editor::Tool::Object: placeObject(); break;
     }
-    }
+}
+
+void Viewport::placeObject()
+{
+    const Vector3<double> place = snapOnSurface(grabbed, editor.grid);
+    bool isAdded = false;
+    editor.edit([&](MapDocument& changed) { isAdded = addEntity(changed, editor.entityClass, place); });
+    if (isAdded)
+        editor.selectEntity(editor.getDocument().entities.size() - 1);
+    else
+        editor.say("An object needs a class without quotes and brackets, and a place that is not too far away");
 }
 
 void Viewport::drag(const Ray& ray, const Vector2<float>& mouse, float seconds)
@@ -138,11 +165,13 @@ void Viewport::drag(const Ray& ray, const Vector2<float>& mouse, float seconds)
     case Drag::Lift: dragTo(nearestOnLine(ray, grabbed.point, up) - grabbed.point); break;
     case Drag::Resize: resize(ray); break;
     case Drag::DrawBox:
-        if (const auto point = meetPlane(ray, grabbed.point, up, reach)) preview.box = boxTo(*point);
+        hasDrawn = hasDrawn || length(mouse - grabbedAt) > dragThreshold;
+        if (!hasDrawn) break;
+        if (const auto point = meetPlane(ray, grabbed.point, up, reach)) grabbedBounds = boxTo(*point);
+        preview.box = grabbedBounds;
         break;
     case Drag::Shape: shape(ray, seconds); break;
     }
-    if (state == Drag::DrawBox && preview.box) grabbedBounds = *preview.box;
 }
 
 void Viewport::beginDrag()
@@ -162,8 +191,7 @@ void Viewport::dragTo(const Vector3<double>& offset)
     if (state == Drag::Move) wanted.z = 0;
     if (state == Drag::Lift) wanted.x = wanted.y = 0;
     if (wanted == moved) return;
-    editor.moveSelection(wanted - moved, dragNumber);
-    moved = wanted;
+    if (editor.moveSelection(wanted - moved, dragNumber)) moved = wanted;
 }
 
 void Viewport::resize(const Ray& ray)
@@ -197,14 +225,6 @@ void Viewport::shape(const Ray& ray, float seconds)
     editor.edit([&](MapDocument& changed) { shapeTerrain(changed, editor.terrainBrush, at, seconds); }, dragNumber);
 }
 
-void Viewport::showTerrainCircle(const Ray& ray)
-{
-    const Hit hit = pick(landOf(editor.getDocument()), ray);
-    if (hit.kind != Hit::Kind::Terrain) return;
-    preview.circleMiddle = hit.point;
-    preview.circleRadius = editor.terrainBrush.radius;
-}
-
 Bounds Viewport::boxTo(const Vector3<double>& point) const
 {
     const Vector3<double> end = snap(point, editor.grid);
@@ -219,18 +239,20 @@ Bounds Viewport::boxTo(const Vector3<double>& point) const
 
 void Viewport::release()
 {
-    if (state == Drag::DrawBox) {
-        bool isAdded = false;
-        editor.edit([&](MapDocument& changed) {
-            isAdded = addBox(changed, grabbedBounds, editor.texture, editor.textureScale);
-        });
-        Hit added;
-        added.kind = Hit::Kind::Brush;
-        added.number = editor.getDocument().brushes.size() - 1;
-        if (isAdded) editor.select(added);
-    }
+    if (state == Drag::DrawBox && hasDrawn) addDrawnBox();
     if (state != Drag::None) editor.endStep();
     state = Drag::None;
+}
+
+void Viewport::addDrawnBox()
+{
+    bool isAdded = false;
+    editor.edit(
+        [&](MapDocument& changed) { isAdded = addBox(changed, grabbedBounds, editor.texture, editor.textureScale); });
+    if (isAdded)
+        editor.selectBrush(editor.getDocument().brushes.size() - 1);
+    else
+        editor.say("The box is too large, too small or too far away");
 }
 
 void Viewport::showSelection()

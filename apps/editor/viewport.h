@@ -28,14 +28,16 @@ private:
     enum class Drag : int { None, Pending, Move, Lift, Resize, DrawBox, Shape };
 
     void fly(double cameraSpeed, double mouseSpeed, float seconds);
+    void point(const Ray& ray);
     void press(const Ray& ray, const Vector2<float>& mouse);
+    void placeObject();
     void drag(const Ray& ray, const Vector2<float>& mouse, float seconds);
     void release();
+    void addDrawnBox();
     void beginDrag();
     void dragTo(const Vector3<double>& offset);
     void resize(const Ray& ray);
     void shape(const Ray& ray, float seconds);
-    void showTerrainCircle(const Ray& ray);
     Bounds boxTo(const Vector3<double>& point) const;
 
     Editor& editor;
@@ -47,5 +49,7 @@ private:
     Vector2<float> grabbedAt;      ///< on the screen
     Bounds grabbedBounds;          ///< of the selection then
     Vector3<double> moved;         ///< so far
+    bool hasDrawn = false;         ///< a box: a click alone makes none
     int dragNumber = 0;            ///< one undo step each
+    std::uint64_t seenVersion = 0; ///< of the editor: when others change something, a drag is over
 };

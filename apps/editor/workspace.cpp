@@ -6,6 +6,8 @@
 #include "game_launcher.h"
 #include "gui.h"
 #include "input_session.h"
+#include "labels.h"
+#include "map_files.h"
 #include "panels.h"
 
 #include <xum/engine/system_device.h>
@@ -38,7 +40,7 @@ class Workspace {
 public:
     Workspace(const EditorOptions& options, const std::string& settingsFile, Settings settings)
         : options(options), settingsFile(settingsFile), settings(std::move(settings)),
-          application("xum-editor", this->settings.windowSize),
+          application("xum-editor", this->settings.windowSize, true),
           system(application.getEngine().createSystemDevice(), {&application.getEngine()}),
           data(application.getEngine(), {options.dataDirectory, ""}),
           textures(application.getRenderDevice(), data, requireSystem()),
@@ -49,11 +51,29 @@ public:
     {
         if (!options.playFile.empty()) player = std::make_unique<SessionPlayer>(options.playFile);
         if (!options.recordFile.empty()) recorder = std::make_unique<SessionRecorder>(options.recordFile);
+        if (recorder) {
+            const Vector2<int> size = application.getWindow().getSize();
+            recorder->writeWindowSize(size.x, size.y);
+        }
         editor.grid = this->settings.grid;
-        if (!options.mapFile.empty()) openFirst();
+        const std::string directory = std::filesystem::path(settingsFile).parent_path().generic_string();
+        editor.setAutosaveDirectory(directory.empty() ? "" : directory + "/");
+        openFirst();
     }
 
     void run()
+    {
+        try {
+            runFrames();
+        } catch (...) {
+            editor.autosave(); // whatever it was, the map is not lost
+            throw;
+        }
+        keepSettings();
+    }
+
+private:
+    void runFrames()
     {
         uint64 lastTime = 0;
         for (std::uint64_t frame = 0; !isEnding; ++frame) {
@@ -70,24 +90,25 @@ public:
             doFrame(seconds, isLast);
             if (isLast) break;
         }
-        keepSettings();
     }
 
-private:
     SystemDevice& requireSystem()
     {
         if (!system) throw Failure(ExitStatus::NoGraphics, "not enough memory for the system device");
         return *system;
     }
 
-    /// A name that does not exist yet is that of a new map.
+    /// A name that does not exist yet is that of a new map. It is not written before it is saved.
     void openFirst()
     {
         std::error_code failure;
-        if (std::filesystem::exists(options.mapFile, failure))
-            panels.open(options.mapFile);
-        else if (!editor.saveAs(options.mapFile))
-            throw Failure(ExitStatus::BrokenData, editor.getMessage());
+        const std::string& name = options.mapFile;
+        if (name.empty() && !player)
+            panels.offerUnnamed();
+        else if (std::filesystem::exists(name, failure) || hasYoungerAutosave(name))
+            panels.open(name);
+        else if (!name.empty())
+            editor.newMap(name);
     }
 
     void handleWindowEvents()
@@ -102,6 +123,7 @@ private:
         gui.begin(seconds);
         panels.show(size);
         viewport.update(gui, panels.getArea(), settings.cameraSpeed, settings.mouseSpeed, seconds);
+        showLabels(editor.getDocument(), viewport.getCamera(), panels.getArea());
         const Requests requests = panels.takeRequests();
         const bool takesPicture = requests.picture || (isLast && !options.pictureFile.empty());
         draw(size, takesPicture ? (isLast ? options.pictureFile : findFreePictureName()) : "");
@@ -110,8 +132,7 @@ private:
         sinceAutosave += seconds;
         if (settings.autosaveSeconds > 0 && sinceAutosave >= static_cast<float>(settings.autosaveSeconds)) {
             sinceAutosave = 0;
-            const std::string directory = std::filesystem::path(settingsFile).parent_path().generic_string();
-            editor.autosave(directory.empty() ? "" : directory + "/");
+            editor.autosave();
         }
         if (requests.play) play();
         if (requests.fullscreen) application.getWindow().setFullscreen(isFullscreen = !isFullscreen);
@@ -127,8 +148,8 @@ private:
         RenderDevice& device = application.getRenderDevice();
         OwnedTarget target(nullptr, {&device});
         if (!pictureFile.empty() && size.x > 0 && size.y > 0)
-            target.reset(device.createRenderTarget(
-                size.x, size.y, {TextureFormat(), TextureFormat(TextureFormat::DepthStencil, 1)}));
+            target.reset(device.createRenderTarget(size.x, size.y,
+                                                   {TextureFormat(), TextureFormat(TextureFormat::DepthStencil, 1)}));
         device.bindRenderTarget(target.get(), TargetBinding::Both);
         device.setViewport(0, 0, size.x, size.y, size.y);
         device.clear(true, true, false);
@@ -148,12 +169,9 @@ private:
 
     void play()
     {
-        if (editor.getFileName().empty() || editor.hasUnsavedChanges()) {
-            if (!editor.save()) return; // the message says why
-        }
         std::string mapFile;
         std::string problem;
-        if (!editor.compile(mapFile)) return;
+        if (!editor.compile(mapFile)) return; // the message says why
         const std::string absolute = std::filesystem::absolute(mapFile).generic_string();
         if (launcher.start({"--data", options.dataDirectory, "--map", absolute}, problem))
             editor.say("Playing " + mapFile);
@@ -209,7 +227,7 @@ void runEditor(const EditorOptions& options)
         !options.settingsFile.empty() ? options.settingsFile : (isPlayed ? "" : findSettingsFile());
     std::string problem;
     Settings settings = readSettings(settingsFile, problem);
-    if (!problem.empty()) std::fprintf(stderr, "xum-editor: %s\n", problem.c_str());
+    if (!problem.empty()) std::fprintf(stderr, "xum-editor: %s; it uses its own\n", problem.c_str());
     if (options.size) settings.windowSize = *options.size;
     try {
         Workspace(options, settingsFile, std::move(settings)).run();

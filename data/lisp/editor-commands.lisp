@@ -35,3 +35,40 @@
       :nil
       (do (add-object "lamp" x y z)
           (row-of-lamps (+ x distance) y z distance (- count 1))))))
+
+; ---- several brushes at once ----------------------------------------------------------------------------------------
+
+; The list `selection` of editor.lisp holds numbers of brushes here: (keep) adds the one that is selected in the
+; picture, (keep-range 3 7) those from 3 to 7, and the commands below are for all of them.
+(define keep (closure () -> :integer
+  (do (if (< (selected-brush) 0) :nil (select! (selected-brush))) (list-size selection))))
+(define keep-range (closure ((first :integer) (last :integer)) -> :integer
+  (if (or (> first last) (>= first (brush-count)))
+      (list-size selection)
+      (do (select! first) (keep-range (+ first 1) last)))))
+
+(define move-kept (closure ((x :float) (y :float) (z :float)) -> :nil (move-each selection x y z)))
+(define move-each (closure ((brushes (:list :any)) (x :float) (y :float) (z :float)) -> :nil
+  (if (empty? brushes)
+      :nil
+      (do (move-brush (head brushes) x y z) (move-each (tail brushes) x y z)))))
+
+; The copies are kept in place of the brushes.
+(define copy-kept (closure ((x :float) (y :float) (z :float)) -> :nil (copy-instead selection x y z)))
+(define copy-instead (closure ((brushes (:list :any)) (x :float) (y :float) (z :float)) -> :nil
+  (do (deselect-all!) (copy-each brushes x y z))))
+(define copy-each (closure ((brushes (:list :any)) (x :float) (y :float) (z :float)) -> :nil
+  (if (empty? brushes)
+      :nil
+      (do (select! (copy-brush (head brushes) x y z)) (copy-each (tail brushes) x y z)))))
+
+(define texture-kept (closure ((texture :string)) -> :nil (texture-each selection texture)))
+(define texture-each (closure ((brushes (:list :any)) (texture :string)) -> :nil
+  (if (empty? brushes)
+      :nil
+      (do (texture-brush (head brushes) texture) (texture-each (tail brushes) texture)))))
+
+; The last one first: the numbers of those behind it change.
+(define remove-kept (closure () -> :nil
+  (if (empty? selection) :nil (do (remove-one (fold max (head selection) (tail selection))) (remove-kept)))))
+(define remove-one (closure ((brush :integer)) -> :nil (do (remove-brush brush) (deselect! brush))))

@@ -244,8 +244,7 @@ TerrainSource readTerrain(const ConfigSection& section, const std::string& name)
             terrain.spacing = readWholeNumber(name, "spacing", readNumbers<1>(name, *entry)[0], 1000);
         } else if (entryName == "origin") {
             const Vector3<double> origin = readVector(name, *entry);
-            terrain.origin = {static_cast<float>(origin.x), static_cast<float>(origin.y),
-                              static_cast<float>(origin.z)};
+            terrain.origin = {static_cast<float>(origin.x), static_cast<float>(origin.y), static_cast<float>(origin.z)};
         } else if (entryName == "texture") {
             terrain.texture = readTexture(name, *entry);
         } else if (entryName == "scale") {
@@ -255,9 +254,9 @@ TerrainSource readTerrain(const ConfigSection& section, const std::string& name)
             failForUnknown(name, entryName);
         }
     }
-    terrain.heights = readHeights(name, *heights,
-                                  static_cast<std::size_t>(terrain.countColumns()) *
-                                      static_cast<std::size_t>(terrain.countRows()));
+    terrain.heights =
+        readHeights(name, *heights,
+                    static_cast<std::size_t>(terrain.countColumns()) * static_cast<std::size_t>(terrain.countRows()));
     return terrain;
 }
 
