@@ -78,29 +78,73 @@ out vec4 color;
 void main() { color = vec4(vec3(0.05, 0.06, 0.09) * (1.5 + texelFetch(normals, ivec2(gl_FragCoord.xy), 0).z), 1.0); }
 )";
 
+const int mapSize = 1024;
+const float urnSize = 2.4f; // its foot is at z = 0
+
 struct Scene {
+    VertexBuffer* floor;
     VertexBuffer* urn;
     VertexBuffer* ball;
-    VertexBuffer* floor;
-    float urnSize;
-    float urnFoot;
+
+    Scene(RenderDevice* device, Mesh& urnMesh) : floor(device->createVertexBuffer(false))
+    {
+        floor->setAttribute(VertexAttribute::Position,
+                            std::vector<Vector3<float>>{{-30, -30, 0}, {30, -30, 0}, {30, 30, 0}, {-30, 30, 0}});
+        floor->setAttribute(VertexAttribute::Normal, std::vector<Vector3<float>>(4, {0, 0, 1}));
+        floor->setIndices({0, 1, 2, 0, 2, 3});
+        urnMesh.calculateFaceNormals();
+        urnMesh.calculateVertexNormals();
+        urn = urnMesh.createVertexBuffer(device);
+        ball = std::unique_ptr<Mesh>(createSphereMesh(4, 0.6f))->createVertexBuffer(device);
+    }
 
     // The same for the eye and for each light: only the program and the matrix differ.
     void draw(RenderDevice* device, const Matrix4<float>& matrix) const
     {
-        device->setUniform("viewProjection", matrix);
-        device->setUniform("offset", Vector3<float>()).setUniform("size", 1.0f);
+        device->setUniform("viewProjection", matrix).setUniform("size", 1.0f).setUniform("offset", Vector3<float>());
         floor->drawTriangles();
-        device->setUniform("offset", Vector3<float>(0, 0, -urnFoot * urnSize)).setUniform("size", urnSize);
-        urn->drawTriangles();
         for (int i = 0; i < 7; ++i) {
             const float angle = static_cast<float>(i) * 0.8976f;
             device->setUniform("offset", Vector3<float>(3.2f * std::sin(angle), 3.2f * std::cos(angle), 0.6f));
-            device->setUniform("size", 0.6f);
             ball->drawTriangles();
         }
+        device->setUniform("size", urnSize).setUniform("offset", Vector3<float>());
+        urn->drawTriangles();
     }
 };
+
+void drawShadowMap(RenderDevice* device, RenderTarget* shadowMap, SpotLight& light, const Scene& scene)
+{
+    device->bindRenderTarget(shadowMap, TargetBinding::Draw);
+    device->setViewport(0, 0, mapSize, mapSize, mapSize);
+    device->enable(RenderFeature::DepthTest);
+    device->clear(false, true, false);
+    light.generateShadowMap(device, [&](const Matrix4<float>& matrix) { scene.draw(device, matrix); });
+}
+
+// Begins a pass over the window that adds to what is there.
+void beginAdding(RenderDevice* device, const Vector2<int>& size, RenderTarget* surfaces)
+{
+    device->bindRenderTarget(nullptr, TargetBinding::Draw);
+    device->setViewport(0, 0, size.x, size.y, size.y);
+    device->disable(RenderFeature::DepthTest);
+    device->setBlendMode(BlendMode::Additive);
+    device->bindTexture(0, surfaces->getTexture(0));
+    device->bindTexture(1, surfaces->getTexture(1));
+    device->setUniform("places", 0).setUniform("normals", 1);
+}
+
+void addLight(RenderDevice* device, RenderTarget* shadowMap, SpotLight& light)
+{
+    device->bindTexture(2, shadowMap->getDepthTexture());
+    device->setUniform("shadowMap", 2).setUniform("lightMatrix", light.calculateMatrix());
+    device->setUniform("lightColor", light.color).setUniform("lightPosition", light.position);
+    device->setUniform("lightDirection", light.direction);
+    // The shadow map is as wide as the whole outer angle, so the cone reaches half of it to each side.
+    device->setUniform("innerCosine", std::cos(light.innerAngle / 2 / degreesPerRadian));
+    device->setUniform("outerCosine", std::cos(light.outerAngle / 2 / degreesPerRadian));
+    light.draw(device);
+}
 
 } // namespace
 
@@ -115,24 +159,12 @@ int main(int argc, char** argv)
 
     const std::unique_ptr<Mesh> urn(loadMesh(defaultDataRoot() + "meshes/urn.mesh"));
     if (!urn) return fail("There is no mesh " + defaultDataRoot() + "meshes/urn.mesh");
-    urn->calculateFaceNormals();
-    urn->calculateVertexNormals();
-    const std::unique_ptr<Mesh> ball(createSphereMesh(4, 1));
-    const Box box = urn->calculateBoundingBox();
-    VertexBuffer* floor = device->createVertexBuffer(false);
-    floor->setAttribute(VertexAttribute::Position,
-                        std::vector<Vector3<float>>{{-30, -30, 0}, {30, -30, 0}, {30, 30, 0}, {-30, 30, 0}});
-    floor->setAttribute(VertexAttribute::Normal, std::vector<Vector3<float>>(4, {0, 0, 1}));
-    floor->setIndices({0, 1, 2, 0, 2, 3});
-    const Scene scene = {urn->createVertexBuffer(device), ball->createVertexBuffer(device), floor,
-                         2.6f / (box.maximum.z - box.minimum.z), box.minimum.z};
-
+    const Scene scene(device, *urn);
     const Vector2<int> size = window->getSize();
-    const int mapSize = 1024;
     const TextureFormat floats(TextureFormat::Float, 4);
-    RenderTarget* surfaces =
-        device->createRenderTarget(size.x, size.y, {floats, floats, TextureFormat(TextureFormat::Depth, 1)});
-    RenderTarget* shadowMap = device->createRenderTarget(mapSize, mapSize, {TextureFormat(TextureFormat::Depth, 1)});
+    const TextureFormat depth(TextureFormat::Depth, 1);
+    RenderTarget* surfaces = device->createRenderTarget(size.x, size.y, {floats, floats, depth});
+    RenderTarget* shadowMap = device->createRenderTarget(mapSize, mapSize, {depth}); // of one light after another
     Program* sceneProgram = makeProgram(device, sceneVertexText, sceneFragmentText, {"placeOut", "normalOut"});
     Program* depthProgram = makeProgram(device, sceneVertexText, depthFragmentText);
     Program* ambientProgram = makeProgram(device, screenVertexText, ambientFragmentText);
@@ -141,21 +173,19 @@ int main(int argc, char** argv)
     SpotLight lights[3];
     const Vector3<float> colors[] = {{0.75f, 0.55f, 0.30f}, {0.18f, 0.38f, 0.70f}, {0.50f, 0.18f, 0.32f}};
     while (run.update(engine)) {
-        device->setBlendMode(BlendMode::None);
-        device->enable(RenderFeature::DepthTest);
+        device->bindRenderTarget(nullptr, TargetBinding::Draw);
+        device->clear(true, true, false);
         device->bindRenderTarget(surfaces, TargetBinding::Draw);
         device->setViewport(0, 0, size.x, size.y, size.y);
+        device->setBlendMode(BlendMode::None);
+        device->enable(RenderFeature::DepthTest);
         device->clear(true, true, false);
         device->useProgram(sceneProgram);
         scene.draw(device, viewProjection(lookAt({0, -10, 6}, {0, 0, 0.6f}, size)));
 
-        device->bindRenderTarget(nullptr, TargetBinding::Draw);
-        device->clear(true, true, false);
-        device->disable(RenderFeature::DepthTest);
         device->useProgram(ambientProgram);
-        device->bindTexture(0, surfaces->getTexture(1));
+        beginAdding(device, size, surfaces);
         drawFullscreenQuad(device);
-
         for (int i = 0; i < 3; ++i) {
             SpotLight& light = lights[i];
             const float angle = run.getSeconds() * 0.4f + 2.1f * static_cast<float>(i) + 0.5f;
@@ -163,39 +193,17 @@ int main(int argc, char** argv)
             light.position = {6.5f * std::sin(angle), 6.5f * std::cos(angle), 5.5f};
             light.direction = normalize(Vector3<float>(0, 0, 0.5f) - light.position);
             light.up = {0, 0, 1};
-
-            // One map serves all lights, one after another.
-            device->setBlendMode(BlendMode::None);
-            device->enable(RenderFeature::DepthTest);
-            device->bindRenderTarget(shadowMap, TargetBinding::Draw);
-            device->setViewport(0, 0, mapSize, mapSize, mapSize);
-            device->clear(false, true, false);
             device->useProgram(depthProgram);
-            light.generateShadowMap(device, [&](const Matrix4<float>& matrix) { scene.draw(device, matrix); });
-
-            device->bindRenderTarget(nullptr, TargetBinding::Draw);
-            device->setViewport(0, 0, size.x, size.y, size.y);
-            device->disable(RenderFeature::DepthTest);
-            device->setBlendMode(BlendMode::Additive);
+            drawShadowMap(device, shadowMap, light, scene);
             device->useProgram(lightProgram);
-            device->bindTexture(0, surfaces->getTexture(0));
-            device->bindTexture(1, surfaces->getTexture(1));
-            device->bindTexture(2, shadowMap->getDepthTexture());
-            device->setUniform("places", 0).setUniform("normals", 1).setUniform("shadowMap", 2);
-            device->setUniform("lightMatrix", light.calculateMatrix());
-            device->setUniform("lightColor", light.color).setUniform("lightPosition", light.position);
-            device->setUniform("lightDirection", light.direction);
-            // The shadow map is as wide as the whole outer angle, so the cone reaches half of it to each side.
-            device->setUniform("innerCosine", std::cos(light.innerAngle / 2 / degreesPerRadian));
-            device->setUniform("outerCosine", std::cos(light.outerAngle / 2 / degreesPerRadian));
-            light.draw(device);
+            beginAdding(device, size, surfaces);
+            addLight(device, shadowMap, light);
         }
         run.swap(device, window);
     }
     for (Program* program : {sceneProgram, depthProgram, ambientProgram, lightProgram}) device->destroyProgram(program);
-    device->destroyRenderTarget(surfaces); // with their textures
-    device->destroyRenderTarget(shadowMap);
-    for (VertexBuffer* buffer : {scene.urn, scene.ball, scene.floor}) device->destroyVertexBuffer(buffer);
+    for (RenderTarget* target : {surfaces, shadowMap}) device->destroyRenderTarget(target); // with their textures
+    for (VertexBuffer* buffer : {scene.floor, scene.urn, scene.ball}) device->destroyVertexBuffer(buffer);
     engine->destroyRenderDevice(device);
     engine->destroyWindow(window);
     shutdownEngine(engine);
