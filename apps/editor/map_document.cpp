@@ -76,8 +76,12 @@ MapSource toSource(const MapDocument& document)
     source.terrains = copyOf(document.terrains);
     for (std::size_t i = 0; i < document.meshOrigins.size(); ++i) {
         MeshSource mesh = {document.meshOrigins[i], {}};
-        for (const auto& placed : document.brushes)
-            if (placed->mesh == i) mesh.brushes.push_back(placed->brush);
+        for (std::size_t number = 0; number < document.brushes.size(); ++number) {
+            const PlacedBrush& placed = *document.brushes[number];
+            if (placed.mesh != i) continue;
+            mesh.brushes.push_back(placed.brush);
+            mesh.brushes.back().name = "brush " + std::to_string(number);
+        }
         if (!mesh.brushes.empty()) source.meshes.push_back(std::move(mesh));
     }
     const Vector3<float> first = source.meshes.empty() ? Vector3<float>() : source.meshes.front().origin;

@@ -34,7 +34,7 @@ MapDocument makeEmptyDocument();
 
 MapDocument toDocument(MapSource source);
 
-/// Meshes without brushes are left out.
+/// Meshes without brushes are left out. Brushes have their numbers as names.
 MapSource toSource(const MapDocument& document);
 
 /// Whether both have the same parts, not only equal ones.

@@ -3,8 +3,8 @@
 #include "failure.h"
 #include "map_solids.h"
 #include "map_texture.h"
+#include "program_loading.h"
 
-#include <xum/files/cache.h>
 #include <xum/render/debug_shapes.h>
 #include <xum/render/texture.h>
 #include <xum/render/vertex_buffer.h>
@@ -15,7 +15,10 @@
 
 namespace {
 
-constexpr int gridLineCount = 60; // in each direction
+constexpr int gridLineCount = 60;     // in each direction
+constexpr float gridHeight = -0.004f; // floors and land at 0 hide it
+constexpr int circleSides = 48;
+constexpr double pi = 3.14159265358979;
 
 constexpr Vector4<float> selectionColor = {1.0f, 0.8f, 0.2f, 1.0f};
 constexpr Vector4<float> sideColor = {1.0f, 0.45f, 0.1f, 1.0f};
@@ -34,16 +37,6 @@ ConvexSolid makeSolid(const PlacedBrush& placed)
     std::vector<SolidPlane> planes;
     for (const SideSource& side : placed.brush.sides) planes.emplace_back(side.normal, side.distance);
     return ConvexSolid(planes);
-}
-
-Program* loadProgram(RenderDevice& device, GameData& data, const std::string& name)
-{
-    Cache& cache = data.getCache();
-    const std::string fileName = data.getFileName(cache.getProgramDirectory(), name);
-    data.read(fileName); // throws when it is missing
-    Program* const program = cache.getProgram(&device, cache.getId(name), false);
-    if (program == nullptr) throw Failure(ExitStatus::BrokenData, "the program " + fileName + " cannot be used");
-    return program;
 }
 
 template <class Corners>
@@ -209,7 +202,7 @@ void MapView::drawGrid(const Editor& editor, const Viewpoint& camera)
 {
     const auto step = static_cast<float>(std::max(editor.grid, 1.0));
     const auto snapped = [step](float coordinate) { return std::floor(coordinate / step) * step; };
-    const Vector3<float> middle = {snapped(camera.position.x), snapped(camera.position.y), 0};
+    const Vector3<float> middle = {snapped(camera.position.x), snapped(camera.position.y), gridHeight};
     device.setUniform("world", Matrix4<float>::translation(middle) * Matrix4<float>::scaling({step, step, 1}));
     device.setUniform("flatColor", gridColor);
     gridLines->drawLines();
@@ -268,6 +261,15 @@ void MapView::drawPreview(const Preview& preview)
 {
     if (preview.box) drawBox(*preview.box, previewColor);
     if (!preview.circleMiddle) return;
-    device.setUniform("flatColor", previewColor);
-    DebugSphere(toFloat(*preview.circleMiddle), static_cast<float>(preview.circleRadius), 32).draw(&device);
+    // Along the land.
+    std::vector<Vector3<float>> ends;
+    const auto pointAt = [&](int number) {
+        const double angle = 2 * pi * number / circleSides;
+        Vector3<double> point = *preview.circleMiddle;
+        point += Vector3<double>(std::cos(angle), std::sin(angle), 0) * preview.circleRadius;
+        point.z = findHeight(shown, point.x, point.y).value_or(point.z);
+        return toFloat(point);
+    };
+    for (int i = 0; i < circleSides; ++i) ends.insert(ends.end(), {pointAt(i), pointAt(i + 1)});
+    drawLines(ends, previewColor);
 }

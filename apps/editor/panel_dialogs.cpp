@@ -74,7 +74,10 @@ void Panels::showAutosaveQuestion()
     ImGui::Text("There are changes of %s that were never saved.", isNamed ? nextFile.c_str() : "a map without a name");
     if (button("Open them") && editor.openAutosave(nextFile) && isNamed) addRecentFile(settings, nextFile);
     ImGui::SameLine();
-    if (isNamed && button("Open the map as it was saved")) openNow(nextFile);
+    std::error_code failure;
+    const bool isThere = std::filesystem::exists(nextFile, failure);
+    if (isThere && button("Open the map as it was saved")) openNow(nextFile);
+    if (isNamed && !isThere && button("Begin anew")) editor.newMap(nextFile);
     if (isNamed) ImGui::SameLine();
     if (button(isNamed ? "Cancel" : "Leave them")) next = Next::Nothing;
 }

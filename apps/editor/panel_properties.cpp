@@ -4,6 +4,8 @@
 #include <imgui.h>
 #include <imgui_stdlib.h>
 
+#include <utility>
+
 // The panel on the right: the map, and what is selected.
 
 namespace {
@@ -19,11 +21,12 @@ bool Panels::editText(const char* label, const std::string& text, std::string& o
 {
     std::string shown = text;
     ImGui::InputText(label, &shown);
-    if (ImGui::IsItemActive()) liveText = shown;
-    if (!ImGui::IsItemDeactivatedAfterEdit() || ImGui::IsKeyPressed(SDL_SCANCODE_ESCAPE)) return false;
+    if (ImGui::IsItemActive()) liveTexts[label] = shown;
+    if (!ImGui::IsItemDeactivated()) return false;
     // A field that loses the keys to another one before its turn no longer knows what was typed.
-    outText = shown != text ? shown : liveText;
-    return outText != text;
+    const std::string live = std::exchange(liveTexts[label], text);
+    outText = shown != text ? shown : live;
+    return outText != text && !ImGui::IsKeyPressed(SDL_SCANCODE_ESCAPE);
 }
 
 void Panels::showProperties()
@@ -35,8 +38,12 @@ void Panels::showProperties()
         editor.edit([&](MapDocument& map) { isSet = setTitle(map, title); });
         if (!isSet) editor.say("A title has no quotes and no brackets");
     }
-    ImGui::Text("%zu brushes, %zu objects%s", document.brushes.size(), document.entities.size(),
-                document.terrains.empty() ? "" : ", terrain");
+    const auto count = [](std::size_t number, const char* one, const char* more) {
+        return std::to_string(number) + (number == 1 ? one : more);
+    };
+    const std::string parts = count(document.brushes.size(), " brush", " brushes") + ", " +
+                              count(document.entities.size(), " object", " objects");
+    ImGui::Text("%s%s", parts.c_str(), document.terrains.empty() ? "" : ", terrain");
     ImGui::Separator();
     if (editor.hasBrush())
         showBrush();

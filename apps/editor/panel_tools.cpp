@@ -12,6 +12,7 @@
 namespace {
 
 constexpr float fieldWidth = 110;
+constexpr float shelfPicture = 50; // pixels; three fit beside a scroll bar
 
 const char* const entityClasses[] = {"lamp", "urn", "item", "start", "guard", "exit"};
 
@@ -76,7 +77,7 @@ void Panels::showTextures()
         if (shown++ % 3 != 0) ImGui::SameLine();
         ImGui::PushID(name.c_str());
         const auto handle = static_cast<std::uintptr_t>(texture->getHandle());
-        if (ImGui::ImageButton(reinterpret_cast<ImTextureID>(handle), {56, 56})) applyTexture(name);
+        if (ImGui::ImageButton(reinterpret_cast<ImTextureID>(handle), {shelfPicture, shelfPicture})) applyTexture(name);
         if (ImGui::IsItemHovered()) ImGui::SetTooltip("%s (with Shift: for the side that was clicked)", name.c_str());
         ImGui::PopID();
     }

@@ -5,6 +5,7 @@
 #include "settings.h"
 #include "texture_shelf.h"
 
+#include <map>
 #include <string>
 
 class SystemDevice;
@@ -107,7 +108,7 @@ private:
     std::vector<std::string> maps; ///< in that directory
     std::string saveName;
     std::string typed;
-    std::string liveText; ///< of the field that is being edited
+    std::map<std::string, std::string> liveTexts; ///< of fields that are being edited, by their labels
     std::string newEntryName;
     std::size_t typedNumber = 0; ///< how far back in what was typed
     std::size_t shownLines = 0;

@@ -24,7 +24,8 @@ Range findRange(double at, double origin, double radius, int half, int spacing)
 /// 1 in the middle, 0 at the edge and beyond, without corners.
 double weigh(double distance, double radius)
 {
-    const double part = std::min(distance / radius, 1.0);
+    if (distance >= radius) return 0;
+    const double part = distance / radius;
     return 0.5 + 0.5 * std::cos(part * 3.14159265358979);
 }
 
@@ -88,7 +89,8 @@ bool shapeTerrain(MapDocument& document, const TerrainBrush& brush, const Vector
             const double amount = brush.strength * seconds * weigh(std::hypot(x, y), brush.radius);
             if (amount == 0) continue;
             const double height = change(brush, grid, column, row, at.z - before.origin.z, amount);
-            after->heights[grid.numberOf(column, row)] = std::clamp(static_cast<float>(height), -highest, highest);
+            after->heights[grid.numberOf(column, row)] =
+                std::clamp(static_cast<float>(height), -highest, highest) + 0.0f; // no -0 in files
         }
     }
     document.terrains.front() = std::move(after);

@@ -1,0 +1,154 @@
+#include "editor_program.h"
+
+#include <map_files.h>
+
+#include <thread>
+
+// Whole runs of the editor, from what the hands do to the saved map. The sessions are for a window of 960 by 600
+// pixels.
+
+namespace {
+
+const std::string inTheWindow = " --size 960x600";
+
+class EditorSession : public EditorProgram {
+protected:
+    static void playOnMap(const std::string& session, const std::string& more = "")
+    {
+        const ProgramRun run = playFile(session, "map.cfg" + inTheWindow + more);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.errors, "");
+    }
+
+    static std::string expected(const std::string& name) { return fileContents(XUM_SESSION_DIRECTORY "/" + name); }
+};
+
+const TerrainSource& terrainOf(const std::optional<MapDocument>& document)
+{
+    return *document.value().terrains.at(0);
+}
+
+} // namespace
+
+// ---- making maps ----------------------------------------------------------------------------------------------------
+
+TEST_F(EditorSession, boxesAreDrawnMovedResizedAndTextured)
+{
+    playOnMap("draw.txt");
+    EXPECT_EQ(fileContents("map.cfg"), expected("draw.cfg"));
+}
+
+TEST_F(EditorSession, fieldsOnTheRightTakeWhatIsTypedHoweverTheyAreLeft)
+{
+    playOnMap("fields.txt");
+    EXPECT_EQ(fileContents("other.cfg"), expected("fields.cfg"));
+    EXPECT_FALSE(fs::exists("map.cfg")) << "it was saved under another name";
+}
+
+TEST_F(EditorSession, boxIsCopiedIntoANewMap)
+{
+    playOnMap("copy.txt");
+    EXPECT_EQ(fileContents("map.cfg"), expected("copy.cfg"));
+}
+
+// The numbers of other mathematics libraries may differ in their last digits.
+TEST_F(EditorSession, landIsRaisedSmoothedFlattenedAndLowered)
+{
+    playOnMap("terrain.txt");
+    std::string problem;
+    const std::optional<MapDocument> saved = loadMap("map.cfg", problem);
+    const std::optional<MapDocument> wanted = loadMap(XUM_SESSION_DIRECTORY "/terrain.cfg", problem);
+    ASSERT_TRUE(saved && wanted) << problem;
+    ASSERT_EQ(terrainOf(saved).heights.size(), 13u * 13u);
+    for (std::size_t i = 0; i < 13 * 13; ++i)
+        EXPECT_NEAR(terrainOf(saved).heights[i], terrainOf(wanted).heights[i], 1e-4) << i;
+}
+
+TEST_F(EditorSession, sameSessionMakesTheSameMapAndPicture)
+{
+    playOnMap("terrain.txt", " --screenshot a.bmp");
+    const std::string first = fileContents("map.cfg");
+    fs::remove("map.cfg");
+    playOnMap("terrain.txt", " --screenshot b.bmp");
+    EXPECT_EQ(fileContents("map.cfg"), first);
+    EXPECT_EQ(fileContents("b.bmp"), fileContents("a.bmp"));
+}
+
+// ---- nothing is lost ------------------------------------------------------------------------------------------------
+
+TEST_F(EditorSession, closedWindowAsksAndSaves)
+{
+    playOnMap("question_save.txt");
+    EXPECT_EQ(fileContents("map.cfg"), expected("question.cfg")) << "both boxes: the first answer was to go on";
+    EXPECT_FALSE(fs::exists("map.cfg.autosave"));
+    EXPECT_FALSE(fs::exists("after.cfg")) << "the editor has ended";
+}
+
+TEST_F(EditorSession, closedWindowAsksAndLeavesTheMapAsItWas)
+{
+    writeFileContents("map.cfg", "<map>\r\n</map>\r\n");
+    playOnMap("question_discard.txt");
+    EXPECT_EQ(fileContents("map.cfg"), "<map>\r\n</map>\r\n");
+    EXPECT_FALSE(fs::exists("map.cfg.autosave"));
+    EXPECT_FALSE(fs::exists("after.cfg"));
+}
+
+TEST_F(EditorSession, closedWindowDoesNotAskWithoutChanges)
+{
+    const ProgramRun run = play("2 quit\n4 key down F12\n", "map.cfg");
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_FALSE(fs::exists("screenshot-001.bmp")) << "the editor has ended before";
+}
+
+TEST_F(EditorSession, unsavedMapOfASessionThatEndsIsInItsAutosave)
+{
+    // The console saves before it runs a text, so the second one saves what the first one did.
+    const ProgramRun run = play("2 key down `\n3 key up `\n5 text (add-object \"lamp\" 1.0 2.0 3.0)\n"
+                                "6 key down Return\n7 key up Return\n10 text (brush-count)\n11 key down Return\n",
+                                "map.cfg" + inTheWindow);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    std::string problem;
+    const std::optional<MapDocument> saved = loadMap("map.cfg.autosave", problem);
+    ASSERT_TRUE(saved) << problem;
+    EXPECT_EQ(saved->entities.size(), 1u);
+    EXPECT_FALSE(fs::exists("map.cfg"));
+}
+
+TEST_F(EditorSession, directoryThatCannotBeWrittenToLosesNothing)
+{
+    writeFileContents("map.cfg", "<map>\r\n</map>\r\n");
+    fs::create_directory("map.cfg.new"); // even the administrator cannot write there
+    fs::create_directory("map.cfg.autosave.new");
+    playOnMap("draw.txt");
+    EXPECT_EQ(fileContents("map.cfg"), "<map>\r\n</map>\r\n");
+}
+
+TEST_F(EditorSession, mapThatDisappearsIsWrittenAgain)
+{
+    writeFileContents("map.cfg", "<map>\r\n</map>\r\n");
+    const std::string session = "2 key down `\n3 key up `\n5 text (save-map \"gone/map.cfg\")\n6 key down Return\n"
+                                "7 key up Return\n10 text (save-map \"\")\n11 key down Return\n13 wheel 0\n";
+    EXPECT_EQ(play(session, "map.cfg" + inTheWindow).status, 0);
+    EXPECT_TRUE(fs::exists("map.cfg"));
+}
+
+// ---- playing --------------------------------------------------------------------------------------------------------
+
+#ifndef _WIN32
+TEST_F(EditorSession, oneKeySavesCompilesAndStartsTheGame)
+{
+    writeFileContents("game.sh", "#!/bin/sh\nfor a in \"$@\"; do echo \"$a\"; done > arguments.new\n"
+                                 "mv arguments.new arguments.txt\n");
+    fs::permissions("game.sh", fs::perms::owner_all);
+    const ProgramRun run = play("2 key down `\n3 key up `\n5 text (slab 0.0 0.0 0.0 4.0 4.0 \"paving.png\")\n"
+                                "6 key down Return\n7 key up Return\n10 key down Escape\n11 key up Escape\n"
+                                "13 key down F5\n14 key up F5\n16 wheel 0\n",
+                                "map.cfg --game ./game.sh" + inTheWindow);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_NE(fileContents("map.cfg"), "");
+    EXPECT_EQ(fileContents("map.map").substr(0, 7), "!XumMap");
+    while (!fs::exists("arguments.txt")) std::this_thread::yield(); // the game goes on by itself
+    EXPECT_EQ(fileContents("arguments.txt"),
+              "--data\n" XUM_DATA_DIRECTORY "/\n--map\n" + fs::absolute("map.map").string() + "\n");
+}
+#endif
