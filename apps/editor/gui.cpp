@@ -66,6 +66,7 @@ void Gui::handle(const SDL_Event& event)
         const auto key = static_cast<std::size_t>(event.key.keysym.scancode);
         if (key < keys.size()) keys[key] = event.type == SDL_KEYDOWN;
         if (key < keys.size() && keys[key]) pressedKeys[key] = true;
+        if (event.type == SDL_KEYDOWN) modifiers = event.key.keysym.mod;
     }
     if (event.type == SDL_MOUSEMOTION) mouse = {static_cast<float>(event.motion.x), static_cast<float>(event.motion.y)};
     if (event.type != SDL_MOUSEBUTTONDOWN && event.type != SDL_MOUSEBUTTONUP) return;
@@ -89,6 +90,11 @@ void Gui::begin(float seconds)
         pressed[i] = false;
     }
     for (std::size_t key = 0; key < keys.size(); ++key) io.KeysDown[key] = keys[key] || pressedKeys[key];
+    // A slow frame may have all of Ctrl+S in it, Ctrl going up included.
+    const unsigned held = pressedKeys.any() ? modifiers : static_cast<unsigned>(SDL_GetModState());
+    io.KeyCtrl = (held & KMOD_CTRL) != 0;
+    io.KeyShift = (held & KMOD_SHIFT) != 0;
+    io.KeyAlt = (held & KMOD_ALT) != 0;
     pressedKeys.reset();
     ImGui::NewFrame();
 }

@@ -41,4 +41,5 @@ private:
     bool pressed[3] = {};  ///< since the last frame, even when it is up again
     std::bitset<512> keys; ///< by their scancodes
     std::bitset<512> pressedKeys;
+    unsigned modifiers = 0; ///< when the last key was pressed
 };

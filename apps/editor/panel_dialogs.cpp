@@ -1,5 +1,6 @@
 #include "panels.h"
 
+#include <SDL_scancode.h>
 #include <imgui.h>
 #include <imgui_stdlib.h>
 
@@ -32,6 +33,10 @@ void Panels::showDialogs()
         ImGui::SetNextWindowPos({size.x / 2, size.y / 2}, ImGuiCond_Always, {0.5f, 0.5f});
         if (!ImGui::BeginPopupModal(name, nullptr, ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoMove)) return;
         (this->*contents)();
+        if (ImGui::IsKeyPressed(SDL_SCANCODE_ESCAPE, false)) {
+            next = Next::Nothing;
+            ImGui::CloseCurrentPopup();
+        }
         ImGui::EndPopup();
     };
     show("Unsaved changes", &Panels::showUnsavedQuestion);

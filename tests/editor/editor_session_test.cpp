@@ -123,6 +123,24 @@ TEST_F(EditorSession, directoryThatCannotBeWrittenToLosesNothing)
     EXPECT_EQ(fileContents("map.cfg"), "<map>\r\n</map>\r\n");
 }
 
+TEST_F(EditorSession, keysOfOneFrameCountWithTheirModifiers)
+{
+    const std::string save = "5 key down Left Ctrl\n5 key down S\n5 key up S\n5 key up Left Ctrl\n8 wheel 0\n";
+    EXPECT_EQ(play(save, "map.cfg" + inTheWindow).status, 0);
+    EXPECT_TRUE(fs::exists("map.cfg"));
+}
+
+TEST_F(EditorSession, escapeIsAnAnswerToQuestions)
+{
+    const std::string addLamp = "2 key down `\n3 key up `\n5 text (add-object \"lamp\" 1.0 2.0 3.0)\n"
+                                "6 key down Return\n7 key up Return\n10 key down Escape\n11 key up Escape\n";
+    EXPECT_EQ(play(addLamp + "13 quit\n16 key down Escape\n17 key up Escape\n20 key down F12\n22 wheel 0\n",
+                   "map.cfg" + inTheWindow)
+                  .status,
+              0);
+    EXPECT_TRUE(fs::exists("screenshot-001.bmp")) << "the editor goes on";
+}
+
 TEST_F(EditorSession, mapThatDisappearsIsWrittenAgain)
 {
     writeFileContents("map.cfg", "<map>\r\n</map>\r\n");
