@@ -12,7 +12,6 @@
 #    include <spawn.h>
 #    include <sys/wait.h>
 #    include <unistd.h>
-extern char** environ;
 #endif
 
 namespace {
@@ -53,6 +52,7 @@ bool GameLauncher::start(const std::vector<std::string>& arguments, std::string&
     std::vector<std::string> quoted = {quote(program)};
     for (const std::string& argument : arguments) quoted.push_back(quote(argument));
     std::vector<const char*> pointers;
+    pointers.reserve(quoted.size() + 1);
     for (const std::string& argument : quoted) pointers.push_back(argument.c_str());
     pointers.push_back(nullptr);
     const auto handle = _spawnv(_P_NOWAIT, program.c_str(), pointers.data());
@@ -88,6 +88,7 @@ bool GameLauncher::start(const std::vector<std::string>& arguments, std::string&
     std::vector<std::string> copies = {program};
     copies.insert(copies.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
     for (std::string& argument : copies) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     pid_t child = 0;

@@ -15,6 +15,7 @@ template <class Part>
 std::vector<std::shared_ptr<const Part>> share(std::vector<Part> parts)
 {
     std::vector<std::shared_ptr<const Part>> shared;
+    shared.reserve(parts.size());
     for (Part& part : parts) shared.push_back(std::make_shared<const Part>(std::move(part)));
     return shared;
 }
@@ -23,6 +24,7 @@ template <class Part>
 std::vector<Part> copyOf(const std::vector<std::shared_ptr<const Part>>& shared)
 {
     std::vector<Part> parts;
+    parts.reserve(shared.size());
     for (const auto& part : shared) parts.push_back(*part);
     return parts;
 }

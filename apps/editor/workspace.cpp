@@ -103,7 +103,7 @@ private:
     {
         std::error_code failure;
         const std::string& name = options.mapFile;
-        if (name.empty() && !player)
+        if (name.empty() && !settingsFile.empty()) // a session that is played has its own, or none
             panels.offerUnnamed();
         else if (std::filesystem::exists(name, failure) || hasYoungerAutosave(name))
             panels.open(name);

@@ -20,6 +20,13 @@ protected:
         EXPECT_EQ(run.errors, "");
     }
 
+    static void playOnMapText(const std::string& session)
+    {
+        const ProgramRun run = play(session, "map.cfg" + inTheWindow);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.errors, "");
+    }
+
     static std::string expected(const std::string& name) { return fileContents(XUM_SESSION_DIRECTORY "/" + name); }
 };
 
@@ -112,6 +119,43 @@ TEST_F(EditorSession, unsavedMapOfASessionThatEndsIsInItsAutosave)
     ASSERT_TRUE(saved) << problem;
     EXPECT_EQ(saved->entities.size(), 1u);
     EXPECT_FALSE(fs::exists("map.cfg"));
+}
+
+TEST_F(EditorSession, mapIsAutosavedWhenItIsTime)
+{
+    writeFileContents("settings.cfg", "<editor><autosave-seconds 1/></editor>");
+    const std::string placeLamp = "2 key down 4\n3 key up 4\n5 motion 460 300 0 0\n7 button down 1\n8 button up 1\n";
+    const std::string arguments = "map.cfg --settings settings.cfg" + inTheWindow;
+    EXPECT_EQ(play(placeLamp + "50 wheel 0\n", arguments).status, 0);
+    EXPECT_FALSE(fs::exists("map.cfg.autosave")) << "after 51/60 of a second";
+    EXPECT_EQ(play(placeLamp + "65 wheel 0\n", arguments).status, 0);
+    std::string problem;
+    const std::optional<MapDocument> saved = loadMap("map.cfg.autosave", problem);
+    ASSERT_TRUE(saved) << problem;
+    EXPECT_EQ(saved->entities.size(), 1u);
+}
+
+TEST_F(EditorSession, autosaveIsOfferedTheNextTime)
+{
+    writeFileContents("map.cfg", "<map>\r\n</map>\r\n");
+    writeFileContents("map.cfg.autosave", fileContents(XUM_SESSION_DIRECTORY "/question.cfg"));
+    const std::string chooseFirst = "5 motion 320 319 0 0\n6 button down 1\n7 button up 1\n";
+    const std::string save = "10 key down Left Ctrl\n10 key down S\n11 key up S\n11 key up Left Ctrl\n14 wheel 0\n";
+    playOnMapText(chooseFirst + save);
+    EXPECT_EQ(fileContents("map.cfg"), expected("question.cfg"));
+    EXPECT_FALSE(fs::exists("map.cfg.autosave"));
+}
+
+TEST_F(EditorSession, autosaveOfAMapWithoutANameIsOfferedToo)
+{
+    writeFileContents("settings.cfg", "<editor></editor>");
+    writeFileContents("unnamed.cfg.autosave", fileContents(XUM_SESSION_DIRECTORY "/question.cfg"));
+    const ProgramRun run = play("5 motion 280 319 0 0\n6 button down 1\n7 button up 1\n10 key down `\n11 key up `\n"
+                                "14 text (save-map \"found.cfg\")\n15 key down Return\n17 wheel 0\n",
+                                "--settings settings.cfg" + inTheWindow);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(fileContents("found.cfg"), expected("question.cfg"));
+    EXPECT_FALSE(fs::exists("unnamed.cfg.autosave"));
 }
 
 TEST_F(EditorSession, directoryThatCannotBeWrittenToLosesNothing)
