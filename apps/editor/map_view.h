@@ -44,7 +44,7 @@ private:
 
     void update(const MapDocument& document);
     void updateBrushes(const MapDocument& document);
-    const CornersByTexture& findShape(const MapDocument& document, const std::shared_ptr<const PlacedBrush>& brush);
+    const CornersByTexture& findShape(const MapDocument& document, const std::shared_ptr<const PlacedBrush>& placed);
     void makeBatches(const CornersByTexture& corners, std::vector<Batch>& batches);
     void drawBatches(const std::vector<Batch>& batches);
     void drawGrid(const Editor& editor, const Viewpoint& camera);

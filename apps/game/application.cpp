@@ -20,8 +20,7 @@ Engine* startEngine(bool isEditor)
 } // namespace
 
 Application::Application(const char* title, const Vector2<int>& size, bool isEditor)
-    : engine(startEngine(isEditor)),
-      window(engine->createWindow(title, size.x, size.y, true, false), {engine.get()}),
+    : engine(startEngine(isEditor)), window(engine->createWindow(title, size.x, size.y, true, false), {engine.get()}),
       input(engine->createInputDevice(false), {engine.get()}), renderDevice(nullptr, {engine.get()}),
       audioDevice(engine->createAudioDevice(), {engine.get()})
 {
