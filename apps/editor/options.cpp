@@ -29,7 +29,7 @@ const char* const footer = R"(Keys:
 
 In the picture of the map the right mouse button looks around, W A S D, Q and E
 fly, with Shift fast, and the wheel goes forwards and back. With the tool to
-select, dragging moves, with Alt up and down, with Shift the side of a box.
+select, dragging moves, with Alt or Ctrl up and down, with Shift the side of a box.
 
 Exit status:
   0    all is well

@@ -178,7 +178,7 @@ void Viewport::beginDrag()
 {
     const ImGuiIO& io = ImGui::GetIO();
     state = Drag::Move;
-    if (io.KeyAlt) state = Drag::Lift;
+    if (io.KeyAlt || io.KeyCtrl) state = Drag::Lift; // desktops may keep Alt for themselves
     if (io.KeyShift && editor.hasBrush()) state = Drag::Resize;
 }
 

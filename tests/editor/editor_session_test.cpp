@@ -81,6 +81,62 @@ TEST_F(EditorSession, sameSessionMakesTheSameMapAndPicture)
     EXPECT_EQ(fileContents("b.bmp"), fileContents("a.bmp"));
 }
 
+/// Boxes, and a camera that looks at the front of the one at (0, 0, 0). The mouse is on it, the button is not yet down.
+const std::string boxInFront = "2 key down `\n3 key up `\n"
+                               "5 text (do (add-box 9.0 9.0 9.0 10.0 10.0 10.0 \"\") "
+                               "(add-box 0.0 0.0 0.0 1.0 1.0 1.0 \"\") (set-camera 0.5 -5.0 0.5 0.0 0.0))\n"
+                               "6 key down Return\n7 key up Return\n10 key down Escape\n11 key up Escape\n"
+                               "13 motion 460 221 0 0\n";
+const std::string saveAtLast = "40 key down Left Ctrl\n40 key down S\n41 key up S\n41 key up Left Ctrl\n44 wheel 0\n";
+
+TEST_F(EditorSession, boxIsLiftedWithAltOrCtrl)
+{
+    for (const std::string key : {"Left Alt", "Right Ctrl"}) {
+        fs::remove("map.cfg");
+        playOnMapText(boxInFront + "14 key down " + key +
+                      "\n15 button down 1\n16 motion 460 200 0 0\n17 motion 460 150 0 "
+                      "0\n20 button up 1\n21 key up " +
+                      key + "\n" + saveAtLast);
+        EXPECT_NE(fileContents("map.cfg").find("<box \"0 0 1 1 1 2\"/>"), std::string::npos) << fileContents("map.cfg");
+    }
+}
+
+TEST_F(EditorSession, undoingDuringADragEndsTheDrag)
+{
+    playOnMapText(boxInFront +
+                  "14 key down Left Alt\n15 button down 1\n16 motion 460 200 0 0\n17 motion 460 150 0 0\n"
+                  "18 key up Left Alt\n20 key down Left Ctrl\n20 key down Z\n21 key up Z\n"
+                  "21 key up Left Ctrl\n22 motion 460 100 0 0\n24 button up 1\n" +
+                  saveAtLast);
+    EXPECT_NE(fileContents("map.cfg").find("<box \"0 0 0 1 1 1\"/>"), std::string::npos) << fileContents("map.cfg");
+}
+
+TEST_F(EditorSession, deletingDuringADragLeavesOtherBrushesAlone)
+{
+    playOnMapText(boxInFront +
+                  "14 key down Left Shift\n15 button down 1\n16 motion 460 200 0 0\n17 motion 480 150 0 0\n"
+                  "18 key up Left Shift\n20 key down Delete\n21 key up Delete\n22 motion 460 100 0 0\n"
+                  "24 button up 1\n" +
+                  saveAtLast);
+    EXPECT_EQ(fileContents("map.cfg"), "<map>\r\n   <mesh>\r\n      <brush>\r\n         <box \"9 9 9 10 10 10\"/>\r\n"
+                                       "         <scale 0.5/>\r\n      </brush>\r\n   </mesh>\r\n</map>\r\n");
+}
+
+TEST_F(EditorSession, clickWithTheBoxToolDrawsNothing)
+{
+    const std::string click = "2 key down 2\n3 key up 2\n5 motion 460 300 0 0\n7 button down 1\n9 button up 1\n";
+    playOnMapText(click + saveAtLast);
+    EXPECT_EQ(fileContents("map.cfg"), "<map>\r\n</map>\r\n");
+}
+
+TEST_F(EditorSession, escapeEndsABoxThatIsBeingDrawn)
+{
+    playOnMapText("2 key down 2\n3 key up 2\n5 motion 460 300 0 0\n7 button down 1\n9 motion 500 330 0 0\n"
+                  "11 key down Escape\n12 key up Escape\n14 motion 520 330 0 0\n16 button up 1\n" +
+                  saveAtLast);
+    EXPECT_EQ(fileContents("map.cfg"), "<map>\r\n</map>\r\n");
+}
+
 // ---- nothing is lost ------------------------------------------------------------------------------------------------
 
 TEST_F(EditorSession, closedWindowAsksAndSaves)
@@ -212,5 +268,18 @@ TEST_F(EditorSession, oneKeySavesCompilesAndStartsTheGame)
     while (!fs::exists("arguments.txt")) std::this_thread::yield(); // the game goes on by itself
     EXPECT_EQ(fileContents("arguments.txt"),
               "--data\n" XUM_DATA_DIRECTORY "/\n--map\n" + fs::absolute("map.map").string() + "\n");
+}
+
+TEST_F(EditorSession, playingANewMapAsksForItsNameFirst)
+{
+    writeFileContents("game.sh", "#!/bin/sh\ntouch started\n");
+    fs::permissions("game.sh", fs::perms::owner_all);
+    const ProgramRun run = play("2 key down F5\n3 key up F5\n6 motion 368 322 0 0\n7 button down 1\n8 button up 1\n"
+                                "12 wheel 0\n",
+                                "--game ./game.sh" + inTheWindow);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_TRUE(fs::exists("map.cfg"));
+    EXPECT_TRUE(fs::exists("map.map"));
+    while (!fs::exists("started")) std::this_thread::yield();
 }
 #endif
