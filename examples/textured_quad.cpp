@@ -1,15 +1,9 @@
 // A picture file on a rectangle: image -> texture -> vertex buffer with indices. Escape or Q quits.
 //
-//     textured_quad [PICTURE] [--frames N]
-
-#include <xum/xum.h>
+//     textured_quad [PICTURE]
+#include "example_run.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <iostream>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -28,23 +22,6 @@ uniform sampler2D picture;
 out vec4 color;
 void main() { color = texture(picture, coordinate); }
 )";
-
-struct Arguments {
-    std::string pictureFile = defaultDataRoot() + "textures/brick.png";
-    int frames = -1; // no limit
-};
-
-Arguments readArguments(int argc, char** argv)
-{
-    Arguments arguments;
-    for (int i = 1; i < argc; ++i) {
-        if (std::string(argv[i]) == "--frames" && i + 1 < argc)
-            arguments.frames = std::atoi(argv[++i]);
-        else
-            arguments.pictureFile = argv[i];
-    }
-    return arguments;
-}
 
 Program* makeProgram(RenderDevice& device)
 {
@@ -92,28 +69,22 @@ Matrix4<float> fitInto(const Vector2<int>& window, const Image& image)
 
 int main(int argc, char** argv)
 {
-    Arguments arguments = readArguments(argc, argv);
+    ExampleRun run(argc, argv, "PICTURE");
+    const std::string file = run.getArgument().empty() ? defaultDataRoot() + "textures/brick.png" : run.getArgument();
     Engine* engine = initEngine(false);
-    if (engine == nullptr) return EXIT_FAILURE;
-    const std::unique_ptr<Image> image(loadImage(arguments.pictureFile));
-    if (!image) {
-        std::cerr << "Cannot load the picture " << arguments.pictureFile << "\n";
-        shutdownEngine(engine);
-        return EXIT_FAILURE;
-    }
-    Window* window = engine->createWindow("Textured quad", 640, 480, true, false);
+    if (engine == nullptr) return fail("The engine does not start"); // log.txt may say more
+    const std::unique_ptr<Image> image(loadImage(file));
+    if (!image) return fail("Cannot load the picture " + file);
+    Window* window = engine->createWindow("Textured quad", 960, 540, true, false);
     InputDevice* input = engine->createInputDevice(false);
     RenderDevice* device = engine->createRenderDevice(window, "OpenGL");
-    if (device == nullptr) {
-        std::cerr << "No window with OpenGL 3.2 here.\n";
-        return EXIT_FAILURE;
-    }
+    if (device == nullptr) return fail("No window with OpenGL 3.2 here"); // log.txt may say more
     Program* program = makeProgram(*device);
     Texture* texture = makeTexture(*device, *image);
     VertexBuffer* quad = makeQuad(*device);
 
     const int escape = input->getKeyFromName("Escape");
-    while (arguments.frames-- != 0 && engine->update()) {
+    while (run.update(engine)) {
         if (input->wasPressed(escape) || input->wasPressed('q')) break;
         const Vector2<int> size = window->getSize();
         device->setViewport(0, 0, size.x, size.y, size.y);
@@ -122,7 +93,7 @@ int main(int argc, char** argv)
         device->bindTexture(0, texture);
         device->setUniform("picture", 0).setUniform("placement", fitInto(size, *image));
         quad->drawTriangles();
-        device->swap(window);
+        run.swap(device, window);
     }
 
     device->destroyVertexBuffer(quad);

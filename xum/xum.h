@@ -14,6 +14,7 @@
 #include <xum/engine/system_device.h>
 #include <xum/engine/window.h>
 #include <xum/files/cache.h>
+#include <xum/files/config_check.h>
 #include <xum/files/config_file.h>
 #include <xum/files/config_section.h>
 #include <xum/files/data_root.h>

@@ -9,18 +9,18 @@
 namespace {
 
 // A computer without any sound is no reason not to play: the second try does without.
-Engine* startEngine()
+Engine* startEngine(bool isEditor)
 {
-    if (Engine* engine = initEngine(false)) return engine;
+    if (Engine* engine = initEngine(isEditor)) return engine;
     setEnvironmentVariable("SDL_AUDIODRIVER", "dummy");
-    if (Engine* engine = initEngine(false)) return engine;
+    if (Engine* engine = initEngine(isEditor)) return engine;
     throw Failure(ExitStatus::NoGraphics, "the engine does not start: no usable video driver");
 }
 
 } // namespace
 
-Application::Application(const char* title, const Vector2<int>& size)
-    : engine(startEngine()), window(engine->createWindow(title, size.x, size.y, true, false), {engine.get()}),
+Application::Application(const char* title, const Vector2<int>& size, bool isEditor)
+    : engine(startEngine(isEditor)), window(engine->createWindow(title, size.x, size.y, true, false), {engine.get()}),
       input(engine->createInputDevice(false), {engine.get()}), renderDevice(nullptr, {engine.get()}),
       audioDevice(engine->createAudioDevice(), {engine.get()})
 {

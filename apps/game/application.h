@@ -12,8 +12,8 @@ struct ShutDown {
 /// through them must be gone by then.
 class Application {
 public:
-    /// Throws Failure when there is no engine, no window or no OpenGL.
-    Application(const char* title, const Vector2<int>& size);
+    /// Throws Failure when there is no engine, no window or no OpenGL. An editor tells the engine that it is one.
+    Application(const char* title, const Vector2<int>& size, bool isEditor = false);
 
     Engine& getEngine() { return *engine; }
     Window& getWindow() { return *window; }

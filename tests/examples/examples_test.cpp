@@ -1,4 +1,4 @@
-#include "run_program.h"
+#include "example.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 TEST(Examples, helloEngineDrawsSomeFramesAndEnds)
 {
-    const ProgramRun run = runProgram(XUM_HELLO_ENGINE, "--frames 5");
+    const ProgramRun run = runExample("hello_engine", "--frames 5");
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(fileContents("log.txt").find("WARNING"), std::string::npos);
 }
@@ -14,8 +14,8 @@ TEST(Examples, helloEngineDrawsSomeFramesAndEnds)
 TEST(Examples, texturedQuadDrawsSomeFramesAndEnds)
 {
     for (const char* picture : {"brick.png", "grass.jpg"}) {
-        const ProgramRun run = runProgram(XUM_TEXTURED_QUAD, "\"" XUM_DATA_DIRECTORY "/textures/" +
-                                                                 std::string(picture) + "\" --frames 5");
+        const ProgramRun run =
+            runExample("textured_quad", "\"" XUM_DATA_DIRECTORY "/textures/" + std::string(picture) + "\" --frames 5");
         EXPECT_EQ(run.status, 0) << run.errors;
         EXPECT_EQ(fileContents("log.txt").find("WARNING"), std::string::npos);
     }
@@ -23,12 +23,12 @@ TEST(Examples, texturedQuadDrawsSomeFramesAndEnds)
 
 TEST(Examples, texturedQuadFindsAPictureOfItsOwn)
 {
-    EXPECT_EQ(runProgram(XUM_TEXTURED_QUAD, "--frames 1").status, 0);
+    EXPECT_EQ(runExample("textured_quad", "--frames 1").status, 0);
 }
 
 TEST(Examples, texturedQuadNamesAPictureThatItCannotLoad)
 {
-    const ProgramRun run = runProgram(XUM_TEXTURED_QUAD, "nosuch.png --frames 1");
+    const ProgramRun run = runExample("textured_quad", "nosuch.png --frames 1");
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.errors.find("Cannot load the picture nosuch.png\n"), std::string::npos) << run.errors;
 }
@@ -42,7 +42,7 @@ TEST(Examples, theReadmeShowsTheFirstProgramAsItIs)
 
 TEST(Examples, scriptHostRunsItsOwnScriptAndReloadsIt)
 {
-    const ProgramRun run = runProgram(XUM_SCRIPT_HOST, "--frames 5");
+    const ProgramRun run = runExample("script_host", "--frames 5");
     EXPECT_EQ(run.status, 0) << run.errors;
     // The third frame asks for a reload, which counts from 0 again; the ship stays where it is.
     EXPECT_EQ(run.output, "reloading\n"
@@ -60,14 +60,14 @@ TEST(Examples, scriptHostRunsAScriptFile)
     writeFileContents("scripts/fleet.lisp", "; how far a fleet is\n"
                                             "(define sail (closure () (do (move-ship! 1.5) (display \"on\"))))\n"
                                             "(define status (closure () (list \"at\" (ship-x) :true '(1 (2)))))\n");
-    const ProgramRun run = runProgram(XUM_SCRIPT_HOST, "scripts/fleet.lisp --frames 2");
+    const ProgramRun run = runExample("script_host", "scripts/fleet.lisp --frames 2");
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(run.output, "script: on\nscript: on\nstatus: at 3 1 1 2\n");
 }
 
 TEST(Examples, scriptHostNamesAScriptThatItCannotRun)
 {
-    const ProgramRun run = runProgram(XUM_SCRIPT_HOST, "nosuch.lisp --frames 1");
+    const ProgramRun run = runExample("script_host", "nosuch.lisp --frames 1");
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.errors.find("Cannot run the script nosuch.lisp\n"), std::string::npos) << run.errors;
 }

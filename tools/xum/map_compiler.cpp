@@ -1,35 +1,17 @@
 #include "map_compiler.h"
 
 #include "map_surface.h"
+#include "map_texture.h"
 #include "map_tree.h"
 
-#include <cmath>
+#include <xum/files/config_section.h>
+
 #include <map>
+#include <list>
 #include <sstream>
+#include <utility>
 
 namespace {
-
-/// A texture lies on a side as seen along the axis that the side faces most: upright on walls, with v downwards.
-Vector2<float> calculateTextureCoordinate(const Point& point, const SurfacePiece& piece)
-{
-    const Point& normal = piece.plane.normal;
-    const double x = std::fabs(normal.x);
-    const double y = std::fabs(normal.y);
-    const double z = std::fabs(normal.z);
-    double u = 0;
-    double v = 0;
-    if (z >= x && z >= y) {
-        u = point.x;
-        v = normal.z > 0 ? -point.y : point.y;
-    } else if (x >= y) {
-        u = normal.x > 0 ? point.y : -point.y;
-        v = -point.z;
-    } else {
-        u = normal.y > 0 ? -point.x : point.x;
-        v = -point.z;
-    }
-    return {static_cast<float>(u * piece.brush->scale), static_cast<float>(v * piece.brush->scale)};
-}
 
 Vector3<float> toFloat(const Point& point)
 {
@@ -122,7 +104,7 @@ Polygon* Compiler::makePolygon(const SurfacePiece& piece)
     for (const Point& point : piece.loop) {
         const Vector3<float> position = toFloat(point);
         if (vertices.empty() || position != vertices.back().position)
-            vertices.emplace_back(position, calculateTextureCoordinate(point, piece));
+            vertices.emplace_back(position, calculateTextureCoordinate(point, piece.plane.normal, piece.brush->scale));
     }
     while (vertices.size() > 1 && vertices.front().position == vertices.back().position) vertices.pop_back();
     if (vertices.size() < 3 || !hasArea(vertices)) return nullptr;
@@ -140,6 +122,14 @@ std::string Compiler::describe(const MapSource& source)
         text << indentation << "<" << name << " " << quote << value << quote << "/>\r\n";
     };
     text << "<map>\r\n";
+    for (const TerrainSource& terrain : source.terrains) {
+        text << "   <terrain>\r\n";
+        const std::unique_ptr<ConfigSection> section = makeTerrainSection(terrain);
+        std::list<const ConfigEntry*> entries;
+        std::as_const(*section).getEntries(entries);
+        for (const ConfigEntry* entry : entries) writeEntry("      ", entry->getName(), entry->getValue());
+        text << "   </terrain>\r\n";
+    }
     for (const EntitySource& entity : source.entities) {
         text << "   <entity>\r\n";
         for (const auto& [name, value] : entity) writeEntry("      ", name, value);

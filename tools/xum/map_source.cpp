@@ -10,6 +10,7 @@ namespace {
 
 constexpr double largestCoordinate = 1e6; // beyond it floats are too coarse for a world
 constexpr char noTexture[] = "none";
+constexpr int largestTerrain = 256;
 constexpr double smallestDirection = 1e-6; // length of a normal that tells a direction
 
 [[noreturn]] void fail(const std::string& where, const std::string& problem)
@@ -80,18 +81,6 @@ std::list<const ConfigEntry*> entriesOf(const ConfigSection& section)
     fail(where, "<" + name + "> is not known here");
 }
 
-/// The sides of a box in this order, with the names that a texture of their own is given under.
-struct BoxSide {
-    const char* name;
-    Vector3<double> normal;
-};
-const std::array<BoxSide, 6> boxSides = {{{"left", {-1, 0, 0}},
-                                          {"right", {1, 0, 0}},
-                                          {"front", {0, -1, 0}},
-                                          {"back", {0, 1, 0}},
-                                          {"bottom", {0, 0, -1}},
-                                          {"top", {0, 0, 1}}}};
-
 void addBox(const std::string& where, BrushSource& brush, const ConfigEntry& entry)
 {
     const auto n = readNumbers<6>(where, entry);
@@ -114,8 +103,10 @@ void addPlane(const std::string& where, BrushSource& brush, const ConfigSection&
     SideSource side = {readVector(where, *normal), readNumbers<1>(where, *distance)[0], texture};
     const double size = length(side.normal);
     if (!(size > smallestDirection)) fail(where, "a <normal> has no direction");
-    side.normal /= size;
-    side.distance /= size;
+    if (std::fabs(size - 1) > 1e-14) { // or what was read, written and read again would wander
+        side.normal /= size;
+        side.distance /= size;
+    }
     for (const ConfigEntry* entry : entriesOf(section)) {
         if (entry->getName() == "texture")
             side.texture = readTexture(where, *entry);
@@ -199,7 +190,75 @@ EntitySource readEntity(const ConfigSection& section, const std::string& name)
     return entity;
 }
 
+std::vector<float> readHeights(const std::string& where, const ConfigEntry& entry, std::size_t count)
+{
+    std::vector<float> heights;
+    heights.reserve(count);
+    const char* next = entry.getValue().data();
+    const char* const end = next + entry.getValue().size();
+    while (true) {
+        while (next != end && (*next == ' ' || *next == '\n' || *next == '\r' || *next == '\t')) ++next;
+        if (next == end) break;
+        float height = 0;
+        const auto [stop, problem] = std::from_chars(next, end, height);
+        if (problem != std::errc() || stop == next || !(std::fabs(height) <= largestCoordinate))
+            fail(where, "<heights> needs numbers from -1000000 to 1000000");
+        if (heights.size() == count) break;
+        heights.push_back(height);
+        next = stop;
+    }
+    if (heights.size() != count || next != end)
+        fail(where, "<heights> needs " + std::to_string(count) + " numbers, a row after the other");
+    return heights;
+}
+
+int readWholeNumber(const std::string& where, const char* name, double value, int largest)
+{
+    if (value != std::floor(value) || value < 1 || value > largest)
+        fail(where, std::string("<") + name + "> needs whole numbers from 1 to " + std::to_string(largest));
+    return static_cast<int>(value);
+}
+
 } // namespace
+
+const std::array<BoxSide, 6> boxSides = {{{"left", {-1, 0, 0}},
+                                          {"right", {1, 0, 0}},
+                                          {"front", {0, -1, 0}},
+                                          {"back", {0, 1, 0}},
+                                          {"bottom", {0, 0, -1}},
+                                          {"top", {0, 0, 1}}}};
+
+TerrainSource readTerrain(const ConfigSection& section, const std::string& name)
+{
+    if (!section.getAllSections().empty()) failForUnknown(name, section.getAllSections().front()->getName());
+    TerrainSource terrain;
+    const ConfigEntry* const size = section.getEntry("size", false);
+    const ConfigEntry* const heights = section.getEntry("heights", false);
+    if (size == nullptr || heights == nullptr) fail(name, "needs <size> and <heights>");
+    const auto sizes = readNumbers<2>(name, *size);
+    terrain.width = readWholeNumber(name, "size", sizes[0], largestTerrain);
+    terrain.height = readWholeNumber(name, "size", sizes[1], largestTerrain);
+    for (const ConfigEntry* entry : entriesOf(section)) {
+        const std::string& entryName = entry->getName();
+        if (entryName == "spacing") {
+            terrain.spacing = readWholeNumber(name, "spacing", readNumbers<1>(name, *entry)[0], 1000);
+        } else if (entryName == "origin") {
+            const Vector3<double> origin = readVector(name, *entry);
+            terrain.origin = {static_cast<float>(origin.x), static_cast<float>(origin.y), static_cast<float>(origin.z)};
+        } else if (entryName == "texture") {
+            terrain.texture = readTexture(name, *entry);
+        } else if (entryName == "scale") {
+            terrain.scale = readNumbers<1>(name, *entry)[0];
+            if (terrain.scale == 0) fail(name, "<scale> is not 0");
+        } else if (entry != size && entry != heights) {
+            failForUnknown(name, entryName);
+        }
+    }
+    terrain.heights =
+        readHeights(name, *heights,
+                    static_cast<std::size_t>(terrain.countColumns()) * static_cast<std::size_t>(terrain.countRows()));
+    return terrain;
+}
 
 MapSource readMapSource(const ConfigSection& root)
 {
@@ -213,6 +272,8 @@ MapSource readMapSource(const ConfigSection& root)
             map.meshes.push_back(readMesh(*child, "mesh " + std::to_string(map.meshes.size() + 1)));
         else if (child->getName() == "entity")
             map.entities.push_back(readEntity(*child, "entity " + std::to_string(map.entities.size() + 1)));
+        else if (child->getName() == "terrain")
+            map.terrains.push_back(readTerrain(*child, "terrain " + std::to_string(map.terrains.size() + 1)));
         else
             failForUnknown("the map", child->getName());
     }

@@ -1,0 +1,118 @@
+#include "game_launcher.h"
+
+#include <SDL.h>
+
+#include <cerrno>
+#include <cstring>
+
+#ifdef _WIN32
+#    include <process.h>
+#    include <windows.h>
+#else
+#    include <spawn.h>
+#    include <sys/wait.h>
+#    include <unistd.h>
+#endif
+
+namespace {
+
+std::string findGame()
+{
+    char* const directory = SDL_GetBasePath();
+    std::string program = directory == nullptr ? "" : directory;
+    SDL_free(directory);
+#ifdef _WIN32
+    return program + "xum-game.exe";
+#else
+    return program + "xum-game";
+#endif
+}
+
+#ifdef _WIN32
+std::string quote(const std::string& argument)
+{
+    return '"' + argument + '"'; // file names hold no quotes there
+}
+#endif
+
+} // namespace
+
+GameLauncher::GameLauncher(std::string program) : program(program.empty() ? findGame() : std::move(program)) {}
+
+#ifdef _WIN32
+
+bool GameLauncher::start(const std::vector<std::string>& arguments, std::string& outProblem)
+{
+    std::string ignored;
+    hasEnded(ignored);
+    if (process != 0) {
+        outProblem = "The game is still running";
+        return false;
+    }
+    std::vector<std::string> quoted = {quote(program)};
+    for (const std::string& argument : arguments) quoted.push_back(quote(argument));
+    std::vector<const char*> pointers;
+    pointers.reserve(quoted.size() + 1);
+    for (const std::string& argument : quoted) pointers.push_back(argument.c_str());
+    pointers.push_back(nullptr);
+    const auto handle = _spawnv(_P_NOWAIT, program.c_str(), pointers.data());
+    if (handle == -1) {
+        outProblem = "The game " + program + " does not start: " + std::strerror(errno);
+        return false;
+    }
+    process = handle;
+    return true;
+}
+
+bool GameLauncher::hasEnded(std::string& outMessage)
+{
+    const auto handle = reinterpret_cast<HANDLE>(static_cast<intptr_t>(process));
+    DWORD status = 0;
+    if (process == 0 || !GetExitCodeProcess(handle, &status) || status == STILL_ACTIVE) return false;
+    CloseHandle(handle);
+    process = 0;
+    outMessage = status == 0 ? "The game has ended" : "The game has ended with status " + std::to_string(status);
+    return true;
+}
+
+#else
+
+bool GameLauncher::start(const std::vector<std::string>& arguments, std::string& outProblem)
+{
+    std::string ignored;
+    hasEnded(ignored);
+    if (process != 0) {
+        outProblem = "The game is still running";
+        return false;
+    }
+    std::vector<std::string> copies = {program};
+    copies.insert(copies.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
+    for (std::string& argument : copies) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    pid_t child = 0;
+    const int failure = posix_spawn(&child, program.c_str(), nullptr, nullptr, pointers.data(), environ);
+    if (failure != 0) {
+        outProblem = "The game " + program + " does not start: " + std::strerror(failure);
+        return false;
+    }
+    process = child;
+    return true;
+}
+
+bool GameLauncher::hasEnded(std::string& outMessage)
+{
+    int status = 0;
+    if (process == 0 || waitpid(static_cast<pid_t>(process), &status, WNOHANG) <= 0) return false;
+    process = 0;
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
+        outMessage = "The game has ended";
+    else if (WIFEXITED(status))
+        outMessage = "The game has ended with status " + std::to_string(WEXITSTATUS(status));
+    else
+        outMessage = "The game has crashed";
+    return true;
+}
+
+#endif

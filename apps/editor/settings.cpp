@@ -1,0 +1,119 @@
+#include "settings.h"
+
+#include "replaced_file.h"
+#include "text_as_file.h"
+
+#include <xum/files/config_check.h>
+#include <xum/files/config_file.h>
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <system_error>
+
+namespace {
+
+constexpr std::size_t mostRecentFiles = 8;
+
+void add(ConfigSection& section, const std::string& name, const std::string& value)
+{
+    auto* const entry = new ConfigEntry(name);
+    entry->setValue(value);
+    section.addEntry(entry);
+}
+
+std::string format(double number)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6g", number);
+    return text;
+}
+
+void read(const ConfigSection& section, const char* name, double smallest, double largest, double& number)
+{
+    const ConfigEntry* const entry = section.getEntry(name, false);
+    double value = 0;
+    char rest = 0;
+    if (entry == nullptr || std::sscanf(entry->getValue().c_str(), "%lf %c", &value, &rest) != 1) return;
+    if (value >= smallest && value <= largest) number = value;
+}
+
+void read(const ConfigSection& section, const char* name, int smallest, int largest, int& number)
+{
+    double value = number;
+    read(section, name, static_cast<double>(smallest), static_cast<double>(largest), value);
+    number = static_cast<int>(value); // what stands behind a point is not looked at
+}
+
+} // namespace
+
+std::string findSettingsFile()
+{
+    char* const directory = SDL_GetPrefPath("xum-engine", "editor");
+    if (directory == nullptr) return {};
+    const std::string fileName = std::string(directory) + "editor.cfg";
+    SDL_free(directory);
+    return fileName;
+}
+
+Settings readSettings(const std::string& fileName, std::string& outProblem)
+{
+    Settings settings;
+    outProblem.clear();
+    std::error_code failure;
+    if (fileName.empty() || !std::filesystem::is_regular_file(fileName, failure)) return settings;
+    std::ifstream file(fileName, std::ios::binary);
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    if (!checkConfigText(text, outProblem)) {
+        outProblem = "the settings in " + fileName + " are broken: " + outProblem;
+        return settings;
+    }
+    TextAsFile source(text);
+    const ConfigFile config(&source, fileName);
+    const ConfigSection& root = *config.getRootSection();
+    read(root, "width", 320, 16384, settings.windowSize.x);
+    read(root, "height", 240, 16384, settings.windowSize.y);
+    read(root, "grid", 0, 1000, settings.grid);
+    read(root, "camera-speed", 0.1, 1000, settings.cameraSpeed);
+    read(root, "mouse-speed", 0.01, 10, settings.mouseSpeed);
+    read(root, "autosave-seconds", 0, 86400, settings.autosaveSeconds);
+    for (const ConfigSection* section : root.getAllSections()) {
+        const ConfigEntry* const name = section->getEntry("name", false);
+        if (section->getName() == "recent" && name != nullptr && settings.recentFiles.size() < mostRecentFiles)
+            settings.recentFiles.push_back(name->getValue());
+    }
+    return settings;
+}
+
+bool writeSettings(const Settings& settings, const std::string& fileName, std::string& outProblem)
+{
+    auto root = std::make_unique<ConfigSection>("editor");
+    add(*root, "width", std::to_string(settings.windowSize.x));
+    add(*root, "height", std::to_string(settings.windowSize.y));
+    add(*root, "grid", format(settings.grid));
+    add(*root, "camera-speed", format(settings.cameraSpeed));
+    add(*root, "mouse-speed", format(settings.mouseSpeed));
+    add(*root, "autosave-seconds", std::to_string(settings.autosaveSeconds));
+    for (const std::string& name : settings.recentFiles) {
+        if (name.find_first_of("\"<>\r\n") != std::string::npos) continue; // could not be read back
+        auto* const section = new ConfigSection("recent");
+        root->addSection(section);
+        add(*section, "name", name);
+    }
+    const ConfigFile file(root.release());
+    return replaceFile(
+        fileName, [&](const std::string& otherName) { return file.write(otherName); }, outProblem);
+}
+
+void addRecentFile(Settings& settings, const std::string& fileName)
+{
+    std::vector<std::string>& files = settings.recentFiles;
+    files.erase(std::remove(files.begin(), files.end(), fileName), files.end());
+    files.insert(files.begin(), fileName);
+    if (files.size() > mostRecentFiles) files.resize(mostRecentFiles);
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <xum/engine/export.h>
+
+#include <string>
+
+/// Whether a ConfigFile can be made of a text, for hosts that would rather tell the user than end: a broken file is a
+/// fatal error. False for an empty text, too, which has no root section. Then `outProblem` becomes
+/// "LINE:COLUMN: MESSAGE", counted from 1, columns in characters of UTF-8.
+XUM_API bool checkConfigText(const std::string& text, std::string& outProblem);
