@@ -72,7 +72,9 @@ Texture* loadTexture(RenderDevice& device, GameData& data, const std::string& na
 
 Assets::Assets(RenderDevice& device, GameData& data)
     : solidProgram(loadProgram(device, data, "solid.cfg")), skyProgram(loadProgram(device, data, "sky.cfg")),
-      flatProgram(loadProgram(device, data, "flat.cfg")), pictureProgram(loadProgram(device, data, "picture.cfg"))
+      flatProgram(loadProgram(device, data, "flat.cfg")), pictureProgram(loadProgram(device, data, "picture.cfg")),
+      filmProgram(loadProgram(device, data, "film.cfg")), textProgram(loadProgram(device, data, "text.cfg")),
+      captionProgram(loadProgram(device, data, "caption.cfg"))
 {
     for (std::size_t i = 0; i < textureCount; ++i) textures[i] = loadTexture(device, data, textureFileNames[i]);
 }

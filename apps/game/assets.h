@@ -18,6 +18,9 @@ public:
     Program* getSkyProgram() const { return skyProgram; }
     Program* getFlatProgram() const { return flatProgram; }
     Program* getPictureProgram() const { return pictureProgram; }
+    Program* getFilmProgram() const { return filmProgram; }
+    Program* getTextProgram() const { return textProgram; }
+    Program* getCaptionProgram() const { return captionProgram; }
     Texture* getTexture(TextureName name) const { return textures[static_cast<std::size_t>(name)]; }
 
 private:
@@ -25,5 +28,8 @@ private:
     Program* skyProgram;
     Program* flatProgram;
     Program* pictureProgram;
+    Program* filmProgram;
+    Program* textProgram;
+    Program* captionProgram;
     std::array<Texture*, textureCount> textures = {};
 };

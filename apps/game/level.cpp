@@ -94,7 +94,9 @@ void Level::addLeaves(const BSPMesh& mesh, const std::string& textureNumbers, co
                       const std::string& fileName)
 {
     std::istringstream numbers(textureNumbers);
+    Region region = {&mesh, {}, {}};
     for (const BSPNode* node : mesh.getBSP()->calculateLeafArray()) {
+        region.leafNumbers.emplace(node, leafCount++);
         Leaf leaf;
         for (const Polygon* polygon : node->getLeaf()->polygons) {
             std::size_t number = 0;
@@ -103,10 +105,28 @@ void Level::addLeaves(const BSPMesh& mesh, const std::string& textureNumbers, co
             leaf.faces.push_back({moved(*polygon, mesh.getOrigin()), textures[number]});
             for (const Vertex& vertex : leaf.faces.back().polygon.vertices) leaf.bounds.add(vertex.position);
         }
-        if (!leaf.faces.empty()) leaves.push_back(std::move(leaf));
+        if (leaf.faces.empty()) continue;
+        region.bounds.add(leaf.bounds.minimum);
+        region.bounds.add(leaf.bounds.maximum);
+        leaves.push_back(std::move(leaf));
     }
     std::size_t more = 0;
     if (numbers >> more) fail(fileName, "has a text that does not fit its polygons");
+    regions.push_back(std::move(region));
+}
+
+std::optional<Level::Position> Level::locate(const Vector3<float>& point) const
+{
+    for (const Region& region : regions) {
+        const auto& [minimum, maximum] = region.bounds;
+        const bool isInside = point.x >= minimum.x && point.x <= maximum.x && point.y >= minimum.y &&
+                              point.y <= maximum.y && point.z >= minimum.z && point.z <= maximum.z;
+        if (!isInside) continue;
+        const BSPNode* const node = region.mesh->getBSP()->locatePoint(point - region.mesh->getOrigin());
+        const auto number = region.leafNumbers.find(node);
+        if (number != region.leafNumbers.end()) return Position{number->second, node->getLeaf()->kind};
+    }
+    return std::nullopt;
 }
 
 std::vector<Vector3<float>> Level::findPositions(const std::string& className) const

@@ -9,7 +9,9 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 /// A compiled map in the world: what its second text says about the polygons and the things for the game.
@@ -26,6 +28,12 @@ public:
         Box bounds; ///< of the faces
     };
 
+    /// Where in the level a point lies.
+    struct Position {
+        std::size_t leaf; ///< counted through all trees, those with nothing to see included
+        bool isSolid;     ///< inside of a brush
+    };
+
     using Entity = std::map<std::string, std::string>; ///< its entries; "class" tells what it is
 
     /// Throws Failure, naming the file, for a map whose text does not fit its polygons or names an unknown texture.
@@ -36,15 +44,27 @@ public:
 
     const CompiledMap& getMap() const { return *map; }
 
+    /// None for a point outside of the box around all faces: trees go on for ever.
+    std::optional<Position> locate(const Vector3<float>& point) const;
+
     /// Where the entities of a class stand, in world coordinates: those of a map count from its first mesh's origin.
     std::vector<Vector3<float>> findPositions(const std::string& className) const;
 
 private:
+    /// One tree of the map.
+    struct Region {
+        const BSPMesh* mesh;
+        Box bounds; ///< of its faces
+        std::unordered_map<const BSPNode*, std::size_t> leafNumbers;
+    };
+
     void addLeaves(const BSPMesh& mesh, const std::string& textureNumbers, const std::vector<TextureName>& textures,
                    const std::string& fileName);
 
     std::unique_ptr<CompiledMap> map;
     std::vector<Leaf> leaves;
+    std::vector<Region> regions;
+    std::size_t leafCount = 0;
     std::vector<Entity> entities;
 };
 

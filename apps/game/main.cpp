@@ -4,6 +4,7 @@
 #include "failure.h"
 #include "options.h"
 #include "play.h"
+#include "presentation.h"
 #include "scene.h"
 #include "scene_renderer.h"
 #include "soundscape.h"
@@ -23,10 +24,11 @@ void run(const Options& options)
     addWorld(scene, application.getEngine(), data);
     Soundscape sounds(application.getAudioDevice(), data, scene, options.volume.get());
     SceneRenderer renderer(application.getRenderDevice(), assets, scene);
+    Presentation presentation(application.getRenderDevice(), assets, data, renderer, sounds);
     if (options.isUnattended())
-        runUnattended(application, renderer, sounds, options);
+        runUnattended(application, presentation, sounds, options);
     else
-        play(application, renderer, sounds, options);
+        play(application, presentation, sounds, options);
 }
 
 } // namespace

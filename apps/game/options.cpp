@@ -25,6 +25,9 @@ Keys:
   C              leave out what is outside of the view or hidden, or draw all; the title tells how much
   O              show the coarse depth picture by which hidden things are found, or do not
   L              the lamp above the courtyard shines, or does not
+  B              show boxes around things and leaves, where sounds come from, and the lamp's direction, or do not
+  F              the picture as if on film, or as it is
+  H              the text over the picture, or none
   P              write a picture, screenshot-001.bmp and so on, into the working directory
   N              no sound, or sound again
   Page Up, Down  louder, quieter
@@ -138,6 +141,12 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
                     "Show the coarse depth picture by which hidden things are found in a corner");
     bool isDark = false;
     parser.add_flag("--no-lamp", isDark, "Start without the lamp that circles above the courtyard");
+    bool isPlain = false;
+    parser.add_flag("--no-effects", isPlain, "Start with the picture as it is, not as if on film");
+    bool hasNoText = false;
+    parser.add_flag("--no-text", hasNoText, "Start without the text over the picture");
+    parser.add_flag("--boxes", options.layers.debugShapes,
+                    "Start with boxes around things and leaves, where sounds come from, and the lamp's direction");
     parser.add_flag("--walk", options.startsWalking, "Start on foot");
     parser.add_flag("--wireframe", options.startsAsWireframe, "Start with edges only");
 
@@ -154,6 +163,8 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     options.source.directory = asDirectory(dataDirectory);
     options.culls = !drawsAll;
     options.hasLamp = !isDark;
+    options.layers.effects = !isPlain;
+    options.layers.text = !hasNoText;
     options.volume = Volume(volume, startsMute);
     return options;
 }

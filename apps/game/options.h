@@ -1,6 +1,7 @@
 #pragma once
 
 #include "game_data.h"
+#include "presentation.h"
 #include "viewpoint.h"
 #include "volume.h"
 
@@ -20,6 +21,7 @@ struct Options {
     bool startsWalking = false;
     bool showsOcclusion = false;
     bool hasLamp = true;
+    Layers layers;
     Volume volume;
     std::optional<Viewpoint> view; ///< where the player starts, and all that an unattended run sees
 

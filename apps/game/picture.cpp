@@ -10,15 +10,16 @@
 #include <filesystem>
 #include <system_error>
 
-std::unique_ptr<Image> takePicture(RenderDevice& device, SceneRenderer& renderer, const Vector2<int>& size,
-                                   const Viewpoint& camera, DrawStyle style)
+std::unique_ptr<Image> takePicture(RenderDevice& device, const Vector2<int>& size,
+                                   const std::function<void(RenderTarget*)>& draw)
 {
+    // Without alpha: blending would leave traces in it, as if the picture were to be seen through.
+    const TextureFormat opaque(TextureFormat::UnsignedByte, 3);
     const OwnedTarget target(
-        device.createRenderTarget(size.x, size.y, {TextureFormat(), TextureFormat(TextureFormat::Depth, 1)}),
-        {&device});
+        device.createRenderTarget(size.x, size.y, {opaque, TextureFormat(TextureFormat::Depth, 1)}), {&device});
     std::unique_ptr<Image> picture;
     if (target) {
-        renderer.draw(target.get(), size, camera, style);
+        draw(target.get());
         picture.reset(target->getTexture(0)->toImage(true)); // what was drawn lies bottom row first
     }
     device.bindRenderTarget(nullptr, TargetBinding::Both);

@@ -2,6 +2,7 @@
 
 #include "failure.h"
 #include "flight.h"
+#include "frame_times.h"
 #include "picture.h"
 #include "title.h"
 #include "walker.h"
@@ -17,6 +18,17 @@
 #include <thread>
 
 namespace {
+
+constexpr float fadeInSeconds = 0.8f;
+
+void applyOptions(Presentation& presentation, const Options& options)
+{
+    SceneRenderer& renderer = presentation.getRenderer();
+    renderer.setCulling(options.culls);
+    renderer.setOcclusionView(options.showsOcclusion);
+    renderer.setLamp(options.hasLamp);
+    presentation.getLayers() = options.layers;
+}
 
 /// A key that does something once each time it goes down, however long it is held: the keyboard repeats it.
 class Switch {
@@ -38,16 +50,15 @@ private:
 /// A player's session.
 class Session {
 public:
-    Session(Application& application, SceneRenderer& renderer, Soundscape& sounds, const Options& options)
-        : application(application), renderer(renderer), sounds(sounds), input(application.getInput()), flight(input),
-          obstacles(renderer.getScene()), camera(options.view.value_or(cameraOnFixedPath(0.0f))),
-          isWireframe(options.startsAsWireframe), volume(options.volume), escape(input.getKeyFromName("Escape")),
-          fullscreenKey(input.getKeyFromName("F11")), wireframeKey(input.getKeyFromName("Tab")),
-          louderKey(input.getKeyFromName("PageUp")), quieterKey(input.getKeyFromName("PageDown"))
+    Session(Application& application, Presentation& presentation, Soundscape& sounds, const Options& options)
+        : application(application), presentation(presentation), renderer(presentation.getRenderer()), sounds(sounds),
+          input(application.getInput()), flight(input), obstacles(renderer.getScene()),
+          camera(options.view.value_or(cameraOnFixedPath(0.0f))), isWireframe(options.startsAsWireframe),
+          volume(options.volume), escape(input.getKeyFromName("Escape")), fullscreenKey(input.getKeyFromName("F11")),
+          wireframeKey(input.getKeyFromName("Tab")), louderKey(input.getKeyFromName("PageUp")),
+          quieterKey(input.getKeyFromName("PageDown"))
     {
-        renderer.setCulling(options.culls);
-        renderer.setOcclusionView(options.showsOcclusion);
-        renderer.setLamp(options.hasLamp);
+        applyOptions(presentation, options);
         if (options.startsWalking) switchWalking();
     }
 
@@ -59,8 +70,10 @@ public:
             if (!handleWindowEvents()) return;
             const uint64 time = engine.getTime();
             handleSwitches();
+            const float elapsed = static_cast<float>(time - lastTime);
+            if (lastTime > 0) frameTimes.add(elapsed);
             // A long pause, such as a window being dragged, must not throw the camera far away.
-            moveCamera(std::min(static_cast<float>(time - lastTime) / 1000.0f, 0.1f));
+            moveCamera(std::min(elapsed / 1000.0f, 0.1f));
             lastTime = time;
             renderer.getLamp().setTime(static_cast<float>(time) / 1000.0f);
             sounds.update(camera, time);
@@ -111,6 +124,10 @@ private:
         if (cullingKey.isThrown(input)) renderer.setCulling(!renderer.isCullingOn());
         if (occlusionKey.isThrown(input)) renderer.setOcclusionView(!renderer.isOcclusionViewOn());
         if (lampKey.isThrown(input)) renderer.setLamp(!renderer.isLampShining());
+        Layers& layers = presentation.getLayers();
+        if (boxKey.isThrown(input)) layers.debugShapes = !layers.debugShapes;
+        if (filmKey.isThrown(input)) layers.effects = !layers.effects;
+        if (textKey.isThrown(input)) layers.text = !layers.text;
         if (pictureKey.isThrown(input)) savePicture();
         handleVolumeKeys();
     }
@@ -127,8 +144,10 @@ private:
     {
         try {
             const std::string fileName = findFreePictureName();
-            const auto picture = takePicture(application.getRenderDevice(), renderer, application.getWindow().getSize(),
-                                             camera, getStyle());
+            const Vector2<int> size = application.getWindow().getSize();
+            const auto picture = takePicture(application.getRenderDevice(), size, [&](RenderTarget* target) {
+                presentation.draw(target, size, makeFrame(1));
+            });
             writePicture(*picture, fileName);
             std::printf("wrote %s\n", fileName.c_str());
             std::fflush(stdout);
@@ -144,14 +163,19 @@ private:
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
             return;
         }
-        renderer.draw(nullptr, window.getSize(), camera, getStyle());
+        const float brightness = std::min(static_cast<float>(time) / 1000.0f / fadeInSeconds, 1.0f);
+        presentation.draw(nullptr, window.getSize(), makeFrame(brightness));
         application.getRenderDevice().swap(&window);
         if (title.countFrame(time)) window.setTitle(title.getTitle(renderer.getVisibility()));
     }
 
-    DrawStyle getStyle() const { return isWireframe ? DrawStyle::Edges : DrawStyle::Solids; }
+    Frame makeFrame(float brightness) const
+    {
+        return {camera, isWireframe ? DrawStyle::Edges : DrawStyle::Solids, frameTimes.getAverage(), brightness};
+    }
 
     Application& application;
+    Presentation& presentation;
     SceneRenderer& renderer;
     Soundscape& sounds;
     InputDevice& input;
@@ -159,6 +183,7 @@ private:
     Obstacles obstacles;
     std::optional<Walker> walker; ///< none: the player flies
     Viewpoint camera;
+    FrameTimes frameTimes;
     FrameRateTitle title = FrameRateTitle("xum-game");
     bool isWireframe;
     Volume volume;
@@ -173,6 +198,9 @@ private:
     Switch cullingKey = Switch('c');
     Switch occlusionKey = Switch('o');
     Switch lampKey = Switch('l');
+    Switch boxKey = Switch('b');
+    Switch filmKey = Switch('f');
+    Switch textKey = Switch('h');
     Switch pictureKey = Switch('p');
     Switch muteKey = Switch('n');
     Switch louderKey;
@@ -181,31 +209,32 @@ private:
 
 } // namespace
 
-void play(Application& application, SceneRenderer& renderer, Soundscape& sounds, const Options& options)
+void play(Application& application, Presentation& presentation, Soundscape& sounds, const Options& options)
 {
-    Session(application, renderer, sounds, options).run();
+    Session(application, presentation, sounds, options).run();
 }
 
-void runUnattended(Application& application, SceneRenderer& renderer, Soundscape& sounds, const Options& options)
+void runUnattended(Application& application, Presentation& presentation, Soundscape& sounds, const Options& options)
 {
     constexpr float frameTime = 1.0f / 60.0f;
-    renderer.setCulling(options.culls);
-    renderer.setOcclusionView(options.showsOcclusion);
-    renderer.setLamp(options.hasLamp);
-    const DrawStyle style = options.startsAsWireframe ? DrawStyle::Edges : DrawStyle::Solids;
+    applyOptions(presentation, options);
     Window& window = application.getWindow();
     RenderDevice& device = application.getRenderDevice();
-    Viewpoint camera;
+    Frame shown;
+    shown.style = options.startsAsWireframe ? DrawStyle::Edges : DrawStyle::Solids;
+    shown.milliseconds = frameTime * 1000.0f; // as the path counts them, not as this machine needs
     for (int frame = 0; frame < options.frames; ++frame) {
         if (!application.getEngine().update()) throw Failure(ExitStatus::PictureNotWritten, "stopped before the end");
         const float seconds = static_cast<float>(frame) * frameTime;
-        camera = options.view.value_or(cameraOnFixedPath(seconds));
-        renderer.getLamp().setTime(seconds);
-        sounds.update(camera, application.getEngine().getTime());
-        renderer.draw(nullptr, window.getSize(), camera, style);
+        shown.camera = options.view.value_or(cameraOnFixedPath(seconds));
+        presentation.getRenderer().getLamp().setTime(seconds);
+        sounds.update(shown.camera, application.getEngine().getTime());
+        presentation.draw(nullptr, window.getSize(), shown);
         device.swap(&window);
     }
     // As large as asked for, whatever the screen made of the window.
-    writePicture(*takePicture(device, renderer, options.size, camera, style), options.pictureFile);
+    const auto picture = takePicture(device, options.size,
+                                     [&](RenderTarget* target) { presentation.draw(target, options.size, shown); });
+    writePicture(*picture, options.pictureFile);
     std::printf("drew %d frames, wrote %s\n", options.frames, options.pictureFile.c_str());
 }

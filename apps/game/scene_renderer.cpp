@@ -155,6 +155,7 @@ void SceneRenderer::drawOcclusionView(const Vector2<int>& size)
     device.disable(RenderFeature::DepthTest);
     drawScreenTriangle();
     device.enable(RenderFeature::DepthTest);
+    device.setViewport(0, 0, size.x, size.y, size.y);
 }
 
 void SceneRenderer::drawSky(const Viewpoint& camera, const Vector2<float>& viewExtents)

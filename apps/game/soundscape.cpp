@@ -69,6 +69,14 @@ void Soundscape::addEmitters(GameData& data, const Scene& scene)
     emitters.push_back({loadSample(device, data, "finch.wav"), scene.treeTops, 60.0f, 0.3f, 5000, 8000, 6000});
 }
 
+std::vector<SoundPlace> Soundscape::getPlaces() const
+{
+    std::vector<SoundPlace> places;
+    for (const Emitter& emitter : emitters)
+        for (const Vector3<float>& place : emitter.places) places.push_back({place, emitter.range});
+    return places;
+}
+
 void Soundscape::update(const Viewpoint& listener, uint64 milliseconds)
 {
     if (device == nullptr) return;

@@ -11,6 +11,12 @@
 class AudioSource;
 class Sample;
 
+/// Where a sound comes from, and how far away it can be heard.
+struct SoundPlace {
+    Vector3<float> position;
+    float range;
+};
+
 /// What is heard: music, and the fountain, the lamps and birds in the trees at their places.
 class Soundscape {
 public:
@@ -25,6 +31,9 @@ public:
     void setVolume(float newVolume);
 
     float getVolume() const { return volume; }
+
+    /// Of everything that may be heard, whether it is just now or not; also without a device.
+    std::vector<SoundPlace> getPlaces() const;
 
 private:
     /// Something that is heard again and again. A sample plays once and a source does not tell when it ends: the time

@@ -2,6 +2,7 @@
 
 #include "application.h"
 #include "flight.h"
+#include "scene_renderer.h"
 #include "world.h"
 
 #include <xum/render/image.h>
@@ -29,7 +30,9 @@ protected:
 
     std::vector<Pixel> draw(const Viewpoint& camera)
     {
-        const auto picture = takePicture(application.getRenderDevice(), renderer, size, camera, DrawStyle::Solids);
+        const auto picture = takePicture(application.getRenderDevice(), size, [&](RenderTarget* target) {
+            renderer.draw(target, size, camera, DrawStyle::Solids);
+        });
         std::vector<Pixel> pixels;
         for (int y = 0; y < size.y; ++y)
             for (int x = 0; x < size.x; ++x) pixels.push_back(picture->getPixel(x, y));

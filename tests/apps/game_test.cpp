@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string goldenArguments = "--frames 30 --size 480x270 --no-lamp";
+const std::string goldenArguments = "--frames 30 --size 480x270";
 
 ProgramRun runGame(const std::string& arguments)
 {
@@ -59,6 +59,15 @@ TEST(Game, drawsTheGoldenPicture)
     EXPECT_TRUE(matchesGoldenPicture("game", *actual, otherRenderer));
 }
 
+TEST(Game, drawsTheGoldenPictureOfTheSceneAlone)
+{
+    const ProgramRun run = runGame(goldenArguments + " --no-lamp --no-effects --no-text --screenshot scene.bmp");
+    ASSERT_EQ(run.status, 0) << run.errors;
+    const std::unique_ptr<Image> actual(loadImage("scene.bmp"));
+    ASSERT_TRUE(actual);
+    EXPECT_TRUE(matchesGoldenPicture("game-scene", *actual, otherRenderer));
+}
+
 TEST(Game, unattendedRunDrawsTheSamePictureEachTime)
 {
     ASSERT_EQ(runGame("--frames 3 --size 64x48 --screenshot a.bmp").status, 0);
@@ -76,7 +85,7 @@ TEST(Game, cameraOfAnUnattendedRunMoves)
 
 TEST(Game, viewIsWhereAnUnattendedRunStays)
 {
-    const std::string still = "--size 64x48 --no-lamp ";
+    const std::string still = "--size 64x48 --no-lamp --no-text ";
     const std::string gatehouse = still + "--view=0,-18,3,180,-10";
     ASSERT_EQ(runGame("--frames 1 --screenshot a.bmp " + gatehouse).status, 0);
     ASSERT_EQ(runGame("--frames 40 --screenshot b.bmp " + gatehouse).status, 0);
@@ -87,10 +96,10 @@ TEST(Game, viewIsWhereAnUnattendedRunStays)
 
 TEST(Game, pictureIsTheSameWithoutCulling)
 {
-    ASSERT_EQ(runGame("--frames 5 --size 160x90 --screenshot a.bmp").status, 0);
-    ASSERT_EQ(runGame("--frames 5 --size 160x90 --screenshot b.bmp --no-culling").status, 0);
+    ASSERT_EQ(runGame("--frames 5 --size 160x90 --no-text --screenshot a.bmp").status, 0);
+    ASSERT_EQ(runGame("--frames 5 --size 160x90 --no-text --screenshot b.bmp --no-culling").status, 0);
     EXPECT_EQ(fileContents("a.bmp"), fileContents("b.bmp"));
-    ASSERT_EQ(runGame("--frames 5 --size 160x90 --screenshot c.bmp --occlusion").status, 0);
+    ASSERT_EQ(runGame("--frames 5 --size 160x90 --no-text --screenshot c.bmp --occlusion").status, 0);
     EXPECT_NE(fileContents("a.bmp"), fileContents("c.bmp"));
 }
 
@@ -101,9 +110,20 @@ TEST(Game, wireframeDrawsOtherThanSolids)
     EXPECT_GT(comparePictures("a.bmp", "b.bmp", "difference.bmp").mean, 10);
 }
 
+TEST(Game, layersAreSwitchedByOptions)
+{
+    const std::string all = "--frames 1 --size 320x240 --boxes --screenshot ";
+    ASSERT_EQ(runGame(all + "a.bmp").status, 0);
+    ASSERT_EQ(runGame(all + "b.bmp --no-effects").status, 0);
+    ASSERT_EQ(runGame(all + "c.bmp --no-text").status, 0);
+    ASSERT_EQ(runGame("--frames 1 --size 320x240 --screenshot d.bmp").status, 0);
+    for (const char* other : {"b.bmp", "c.bmp", "d.bmp"})
+        EXPECT_GT(comparePictures("a.bmp", other, "difference.bmp").mean, 1) << other;
+}
+
 TEST(Game, lampMovesWithTheFrames)
 {
-    const std::string fountain = " --size 64x48 --view=0,-12,5,0,-20";
+    const std::string fountain = " --no-text --size 64x48 --view=0,-12,5,0,-20";
     ASSERT_EQ(runGame("--frames 1 --screenshot a.bmp --no-lamp" + fountain).status, 0);
     ASSERT_EQ(runGame("--frames 1 --screenshot b.bmp" + fountain).status, 0);
     ASSERT_EQ(runGame("--frames 60 --screenshot c.bmp" + fountain).status, 0);
@@ -138,11 +158,17 @@ TEST(Game, helpNamesOptionsKeysAndExitStatuses)
                              "--no-culling",
                              "--occlusion",
                              "--no-lamp",
+                             "--no-effects",
+                             "--no-text",
+                             "--boxes",
                              "--walk",
                              "  G ",
                              "  C ",
                              "  O ",
                              "  L ",
+                             "  B ",
+                             "  F ",
+                             "  H ",
                              "Escape",
                              "Page Up",
                              "XUM_MESSAGE_BOXES=0",
@@ -344,7 +370,8 @@ TEST_F(GameWithItsOwnData, missingSoundsAreNamed)
 
 TEST_F(GameWithItsOwnData, missingPartsOfTheWorldAreNamed)
 {
-    for (const char* name : {"maps/gatehouse.map", "lisp/landscape.lisp", "lisp/base/base.lisp", "meshes/urn.mesh"}) {
+    for (const char* name : {"maps/gatehouse.map", "lisp/landscape.lisp", "lisp/base/base.lisp", "meshes/urn.mesh",
+                             "fonts/hud.png", "fonts/hud.ttf"}) {
         fs::rename("data/" + std::string(name), "away");
         expectBrokenData("xum-game: cannot read the file data/" + std::string(name) + "\n");
         fs::rename("away", "data/" + std::string(name));
@@ -362,6 +389,18 @@ TEST_F(GameWithItsOwnData, textInPlaceOfTheMapIsNamed)
 {
     writeFileContents("data/maps/gatehouse.map", "a drawing");
     expectBrokenData("xum-game: the map data/maps/gatehouse.map is no compiled map\n");
+}
+
+TEST_F(GameWithItsOwnData, textInPlaceOfAFontIsNamed)
+{
+    writeFileContents("data/fonts/hud.ttf", "Courtyard");
+    expectBrokenData("xum-game: cannot read the font data/fonts/hud.ttf\n");
+}
+
+TEST_F(GameWithItsOwnData, textInPlaceOfTheBitmapFontIsNamed)
+{
+    writeFileContents("data/fonts/hud.png", "Courtyard");
+    expectBrokenData("xum-game: cannot decode the picture data/fonts/hud.png\n");
 }
 
 TEST_F(GameWithItsOwnData, textInPlaceOfASampleIsNamed)
@@ -422,9 +461,9 @@ TEST_F(GameWithAnArchive, plainFileBelowTheWorkingDirectoryWins)
 
 TEST_F(GameWithAnArchive, missingFileIsNamedWithTheArchive)
 {
-    for (const char* name :
-         {"maps/gatehouse.map", "lisp/landscape.lisp", "lisp/game.lisp", "meshes/urn.mesh", "programs/sky.cfg",
-          "shaders/display.frag", "textures/leaves.jpg", "samples/finch.wav", "streams/courtyard.ogg"}) {
+    for (const char* name : {"fonts/hud.png", "fonts/hud.ttf", "maps/gatehouse.map", "lisp/landscape.lisp",
+                             "lisp/game.lisp", "meshes/urn.mesh", "programs/sky.cfg", "shaders/display.frag",
+                             "textures/leaves.jpg", "samples/finch.wav", "streams/courtyard.ogg"}) {
         writeDataArchive("partly.xum", XUM_DATA_DIRECTORY, name);
         expectFailure("partly.xum",
                       "xum-game: cannot read the file " + std::string(name) + " from the archive partly.xum\n");

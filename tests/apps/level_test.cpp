@@ -71,6 +71,34 @@ TEST_F(SmallLevel, facesLieInTheWorldWithTheTexturesOfTheText)
     EXPECT_EQ(back.bounds, Box({1, 0, 0}, {6, 1, 0}));
 }
 
+TEST_F(SmallLevel, pointsLieInLeavesInsideOfTheBoxOfAllFaces)
+{
+    const Level level = make(goodText); // from (1, 0, 0) to (16, 1, 0), parted at x = 10
+    ASSERT_TRUE(level.locate({12, 0.5f, 0}));
+    EXPECT_EQ(level.locate({12, 0.5f, 0})->leaf, 0u);
+    EXPECT_FALSE(level.locate({12, 0.5f, 0})->isSolid);
+    ASSERT_TRUE(level.locate({9.9f, 0.5f, 0}));
+    EXPECT_EQ(level.locate({9.9f, 0.5f, 0})->leaf, 1u);
+    EXPECT_TRUE(level.locate({9.9f, 0.5f, 0})->isSolid);
+    EXPECT_TRUE(level.locate({16, 1, 0}));
+    for (const Vector3<float>& outside :
+         {Vector3<float>(0.9f, 0.5f, 0), Vector3<float>(16.1f, 0.5f, 0), Vector3<float>(12, -0.1f, 0),
+          Vector3<float>(12, 1.1f, 0), Vector3<float>(12, 0.5f, 0.1f), Vector3<float>(12, 0.5f, -0.1f)})
+        EXPECT_FALSE(level.locate(outside)) << outside.x << " " << outside.y << " " << outside.z;
+}
+
+TEST_F(SmallLevel, leavesWithNothingToSeeCountAsWell)
+{
+    auto map =
+        std::make_unique<CompiledMap>("small", "<map><textures><0 wood.png/></textures>"
+                                               "<mesh><polygons \"\"/></mesh><mesh><polygons \"0\"/></mesh></map>");
+    map->getBSPMeshes().append(new BSPMesh({0, 0, 0}, new BSP(new BSPNode(false, {}, {}))));
+    map->getBSPMeshes().append(new BSPMesh({0, 0, 0}, new BSP(new BSPNode(false, {}, {&right}))));
+    const Level level(std::move(map), "small.map");
+    ASSERT_TRUE(level.locate({5.5f, 0.5f, 0}));
+    EXPECT_EQ(level.locate({5.5f, 0.5f, 0})->leaf, 1u);
+}
+
 TEST_F(SmallLevel, entitiesAreFoundByTheirClass)
 {
     const Level level = make(goodText);

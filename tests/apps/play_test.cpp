@@ -26,7 +26,8 @@ protected:
     Options options = [] {
         Options small;
         small.size = {80, 60};
-        small.hasLamp = false; // it moves
+        small.hasLamp = false;     // it moves
+        small.layers.text = false; // it tells the time
         return small;
     }();
     Application application = Application("play", options.size);
@@ -39,11 +40,12 @@ protected:
     Assets assets = Assets(application.getRenderDevice(), data);
     Soundscape sounds = Soundscape(application.getAudioDevice(), data, scene, options.volume.get());
     SceneRenderer renderer = SceneRenderer(application.getRenderDevice(), assets, scene);
+    Presentation presentation = Presentation(application.getRenderDevice(), assets, data, renderer, sounds);
 
     void playForAWhile()
     {
         SDL_AddTimer(300, quitLater, nullptr);
-        play(application, renderer, sounds, options);
+        play(application, presentation, sounds, options);
     }
 };
 
@@ -52,19 +54,19 @@ protected:
 TEST_F(Play, escapeEndsTheGame)
 {
     pushKeyDown(SDLK_ESCAPE);
-    play(application, renderer, sounds, options);
+    play(application, presentation, sounds, options);
 }
 
 TEST_F(Play, closingTheWindowEndsTheGame)
 {
     pushWindowEvent(SDL_WINDOWEVENT_CLOSE);
-    play(application, renderer, sounds, options);
+    play(application, presentation, sounds, options);
 }
 
 TEST_F(Play, quitEndsTheGame)
 {
     pushEvent(SDL_QUIT);
-    play(application, renderer, sounds, options);
+    play(application, presentation, sounds, options);
 }
 
 TEST_F(Play, pWritesOnePictureHoweverLongItIsHeld)
@@ -172,7 +174,7 @@ TEST_F(Play, gBringsThePlayerToTheGroundAndUpAgain)
         SDL_AddTimer(
             1200, [](Uint32, void*) -> Uint32 { return pushKeyDown('p'), 0; }, nullptr);
         SDL_AddTimer(1800, quitLater, nullptr);
-        play(application, renderer, sounds, options);
+        play(application, presentation, sounds, options);
         pushKeyUp('p');
     }
     // From above the walls hide little, from the ground they do.
@@ -190,7 +192,7 @@ TEST_F(Play, f11SwitchesToFullScreen)
 TEST_F(Play, titleTellsTheFrameRate)
 {
     SDL_AddTimer(1200, quitLater, nullptr);
-    play(application, renderer, sounds, options);
+    play(application, presentation, sounds, options);
     EXPECT_NE(application.getWindow().getTitle().find("xum-game - "), std::string::npos);
     EXPECT_NE(application.getWindow().getTitle().find(" frames per second - "), std::string::npos);
 }
@@ -223,6 +225,35 @@ TEST_F(Play, minimisedAndRestoredWindowGoesOn)
 
 TEST_F(Play, windowOfAnySizeIsDrawn)
 {
+    for (const int side : {1, 300}) {
+        SDL_SetWindowSize(application.getWindow().getHandle(), side, 2 * side);
+        playForAWhile();
+    }
+}
+
+TEST_F(Play, keysSwitchTheLayersOnAndOff)
+{
+    const std::pair<char, bool Layers::*> switches[] = {
+        {'b', &Layers::debugShapes}, {'f', &Layers::effects}, {'h', &Layers::text}};
+    for (const auto& [key, layer] : switches) {
+        for (const bool isShown : {true, false}) {
+            options.layers = {false, false, false};
+            options.layers.*layer = !isShown;
+            pushKeyDown(key);
+            pushKeyUp(key);
+            playForAWhile();
+            Layers expected = {false, false, false};
+            expected.*layer = isShown;
+            EXPECT_EQ(presentation.getLayers().effects, expected.effects) << key;
+            EXPECT_EQ(presentation.getLayers().debugShapes, expected.debugShapes) << key;
+            EXPECT_EQ(presentation.getLayers().text, expected.text) << key;
+        }
+    }
+}
+
+TEST_F(Play, windowOfAnySizeIsDrawnWithAllLayers)
+{
+    options.layers = {true, true, true};
     for (const int side : {1, 300}) {
         SDL_SetWindowSize(application.getWindow().getHandle(), side, 2 * side);
         playForAWhile();

@@ -128,6 +128,22 @@ TEST_F(Sounds, birdsSitOnAllTrees)
         EXPECT_FALSE(timesOf(place, 300000).empty()) << place;
 }
 
+TEST_F(Sounds, placesAreThoseOfAllThatIsHeard)
+{
+    const auto expectPlaces = [&](const Soundscape& sounds) {
+        const std::vector<SoundPlace> places = sounds.getPlaces();
+        ASSERT_EQ(places.size(), 10u); // the fountain, three lamps, and two kinds of birds in three trees
+        EXPECT_EQ(places[0].position, scene.fountain);
+        EXPECT_EQ(places[0].range, 30);
+        EXPECT_EQ(places[3].position, scene.lamps[2]);
+        EXPECT_EQ(places[3].range, 16);
+        EXPECT_EQ(places[9].position, scene.treeTops[2]);
+        EXPECT_EQ(places[9].range, 60);
+    };
+    expectPlaces(makeSoundscape());
+    expectPlaces(Soundscape(nullptr, *data, scene, 1)); // also on a machine without sound
+}
+
 TEST_F(Sounds, eachRunSoundsTheSame)
 {
     EXPECT_EQ(timesOf("blackbird at 0 50 8", 100000), timesOf("blackbird at 0 50 8", 100000));

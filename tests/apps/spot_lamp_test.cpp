@@ -1,7 +1,9 @@
 #include "spot_lamp.h"
 
 #include "application.h"
+#include "dark_scene.h"
 #include "picture.h"
+#include "scene_renderer.h"
 #include "world.h"
 
 #include <xum/render/image.h>
@@ -15,28 +17,6 @@
 namespace {
 
 constexpr int side = 65; // odd: there is a pixel in the middle
-
-void darken(Scene& scene)
-{
-    scene.lamps.fill({0, 0, -1e6f});
-    scene.levelLamps.clear();
-    for (Vector3<float>* light :
-         {&scene.lampColor, &scene.sunColor, &scene.skyLight, &scene.groundLight, &scene.hazeColor, &scene.zenithColor})
-        *light = {0, 0, 0};
-    for (Thing& thing : scene.things) thing.material.glow = 0;
-}
-
-/// A floor of 40 by 40 with a board above it, a quarter as wide as the lit circle, east of the middle.
-Scene makeFloorWithBoard()
-{
-    Scene scene;
-    const Material stone = {TextureName::Limestone, 0.5f, {1, 1, 1}, 0};
-    scene.things.push_back(place(SolidKind::Box, stone, {0, 0, -1}, {40, 40, 1}));
-    scene.things.push_back(place(SolidKind::Box, stone, {1.5f, 0, 4.9f}, {0.5f, 0.5f, 0.1f}));
-    scene.sunDirection = {0, 0, 1};
-    darken(scene);
-    return scene;
-}
 
 class Lamp : public ::testing::Test {
 protected:
@@ -54,7 +34,9 @@ protected:
 
     std::unique_ptr<Image> draw(SceneRenderer& renderer, const Viewpoint& camera)
     {
-        return takePicture(application.getRenderDevice(), renderer, {side, side}, camera, DrawStyle::Solids);
+        return takePicture(application.getRenderDevice(), {side, side}, [&](RenderTarget* target) {
+            renderer.draw(target, {side, side}, camera, DrawStyle::Solids);
+        });
     }
 
     /// Seen from the lamp itself.

@@ -1,5 +1,6 @@
 #include "interpreter_fixture.h"
 
+#include <xum/lisp/lisp_call.h>
 #include <xum/lisp/lisp_closure.h>
 #include <xum/lisp/lisp_evaluator.h>
 #include <xum/lisp/lisp_hash_table.h>

@@ -1,5 +1,6 @@
 #include "interpreter_fixture.h"
 
+#include <xum/lisp/lisp_call.h>
 #include <xum/lisp/lisp_environment.h>
 #include <xum/lisp/lisp_evaluator.h>
 #include <xum/lisp/lisp_object.h>

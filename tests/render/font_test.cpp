@@ -236,6 +236,7 @@ TEST_F(Fonts, textEndsAtTheFirstNul)
     const std::string text("ab\0cd", 5);
     EXPECT_EQ(font->measure(text), font->measure("ab"));
     EXPECT_EQ(pixelsOf(renderedImage(text)), pixelsOf(renderedImage("ab")));
+    EXPECT_EQ(pixelsOf(renderedImage(text + std::string(20000, 'W'))), pixelsOf(renderedImage("ab")));
     EXPECT_EQ(font->render(&device, std::string("\0ab", 3)), nullptr);
 }
 

@@ -10,6 +10,7 @@
 #include <climits>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 
 // How a font is made from a picture.
 
@@ -258,6 +259,17 @@ TEST_F(ImageFonts, areNullForAMissingPicture)
     EXPECT_EQ(device.calls, Calls());
     EXPECT_TRUE(shownMessageBoxes().empty());
     EXPECT_EQ(logLines().size(), linesBefore);
+}
+
+TEST_F(ImageFonts, areNullForAPictureWithoutPixels)
+{
+    const std::string header("\0\0\2\0\0\0\0\0\0\0\0\0\0\0\4\0\40\0", 18); // an uncompressed TGA of 0 x 4
+    writeFileContents("empty.tga", header);
+    const std::unique_ptr<Image> empty(loadImage("empty.tga"));
+    ASSERT_NE(empty, nullptr);
+    ASSERT_EQ(empty->getWidth() * empty->getHeight(), 0);
+    EXPECT_EQ(loadFont(&device, "empty.tga", {}), nullptr);
+    EXPECT_EQ(device.calls, Calls());
 }
 
 TEST_F(ImageFonts, areNullForAGridThatIsNone)

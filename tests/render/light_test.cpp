@@ -231,7 +231,8 @@ TEST(SpotLightMatrix, isARigidMovementOfTheWorldWhateverTheDirections)
 
 TEST(SpotLightMatrix, isFiniteForDirectionsThatAreParallelOrNone)
 {
-    const Vector3<float> vectors[] = {{0, 1, 0}, {0, -1, 0}, {0, 1000, 0}, {0, 0, 0}, {0, 1e-7f, 0}, {1e-7f, 0, 0}};
+    const Vector3<float> vectors[] = {{0, 1, 0},     {0, -1, 0},    {0, 1000, 0}, {0, 1e30f, 0},
+                                      {0, 1e-7f, 0}, {1e-7f, 0, 0}, {0, 0, 0}};
     for (const Vector3<float>& direction : vectors) {
         for (const Vector3<float>& up : vectors) {
             SpotLight light = lightAlongY();
@@ -241,6 +242,23 @@ TEST(SpotLightMatrix, isFiniteForDirectionsThatAreParallelOrNone)
             EXPECT_TRUE(isFinite(light.calculateShadowMatrix()));
         }
     }
+}
+
+TEST(SpotLightMatrix, takesVectorsShorterThanAHundredThousandthForNone)
+{
+    SpotLight none = lightAlongY();
+    none.up = {0, 0, 0};
+    SpotLight light = lightAlongY();
+    light.up = {0, 0, 0.000009f};
+    EXPECT_EQ(light.calculateMatrix(), none.calculateMatrix());
+    light.up = {0, 1, 0.000009f};
+    EXPECT_EQ(light.calculateMatrix(), none.calculateMatrix()) << "nearly parallel to the direction";
+    light.up = {0, 0, 0.00002f};
+    EXPECT_EQ(light.calculateMatrix(), lightAlongY().calculateMatrix());
+
+    none.direction = {0, 0, 0};
+    light.direction = {0, 0.000009f, 0};
+    EXPECT_EQ(light.calculateMatrix(), none.calculateMatrix());
 }
 
 TEST(SpotLightShadowMatrix, appliesTheBiasBeforeTheProjection)

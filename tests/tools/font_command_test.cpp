@@ -420,9 +420,12 @@ TEST_F(FontCommand, pictureMustBeNamedPNG)
 
 TEST_F(FontCommand, pictureLargerThanATextureIsRefused)
 {
-    expectFailure("--columns 128 a.ttf 512 a.png",
-                  boxFontNote + "a.ttf: makes a picture of 28928 x 546 pixels, which is more than a texture can have "
-                                "(16384)\n");
+    const auto problemOf = [](const std::string& size) {
+        return boxFontNote + "a.ttf: makes a picture of " + size +
+               " pixels, which is more than a texture can have (16384)\n";
+    };
+    expectFailure("--columns 128 a.ttf 512 a.png", problemOf("28928 x 546"));
+    expectFailure("--columns 1 a.ttf 512 a.png", problemOf("226 x 52416"));
     EXPECT_FALSE(fs::exists("a.png"));
 }
 

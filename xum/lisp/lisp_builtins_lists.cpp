@@ -1,8 +1,8 @@
 #include <xum/lisp/lisp_builtins.h>
 #include <xum/lisp/lisp_call.h>
-#include <xum/lisp/lisp_evaluator.h>
 #include <xum/lisp/lisp_memory.h>
 #include <xum/lisp/lisp_object.h>
+#include <xum/lisp/lisp_stack.h>
 #include <xum/lisp/lisp_type.h>
 
 // Lists are immutable, so a list made from another one shares its cells where it can.

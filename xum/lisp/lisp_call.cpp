@@ -226,6 +226,20 @@ void lisp_call(lisp_interpreter* interpreter, lisp_environment* environment, lis
     lisp_check_return(interpreter, closure, &bindings, result);
 }
 
+void lisp_apply(lisp_interpreter* interpreter, lisp_environment* environment, lisp_closure* closure,
+                const lisp_object* arguments, std::uint32_t count, lisp_object* result)
+{
+    lisp_set_nil(interpreter, result);
+    if (interpreter->is_abandoned || !lisp_check_argument_count(interpreter, closure, count)) return;
+    lisp_object* frame = lisp_push_frame(interpreter, count);
+    if (frame == nullptr) return;
+    for (std::uint32_t i = 0; i < count; ++i) lisp_copy_value(&frame[i], &arguments[i]);
+    if (lisp_check_arguments(interpreter, closure, frame, count))
+        lisp_call(interpreter, environment, closure, frame, count, result);
+    lisp_pop_frame(interpreter, frame);
+    if (interpreter->is_abandoned) lisp_set_nil(interpreter, result);
+}
+
 bool lisp_quote_list(lisp_interpreter* interpreter, lisp_object* list)
 {
     if (list->payload.list == nullptr || list->payload.list->is_quoted) return true;

@@ -45,5 +45,10 @@ void lisp_check_native_return(lisp_interpreter* interpreter, const lisp_closure*
 void lisp_call(lisp_interpreter* interpreter, lisp_environment* environment, lisp_closure* closure,
                lisp_object* arguments, std::uint32_t count, lisp_object* result);
 
+/// Applies a closure to values: checks them as a call does, with the same messages, and calls it. The arguments are
+/// copied first.
+void lisp_apply(lisp_interpreter* interpreter, lisp_environment* environment, lisp_closure* closure,
+                const lisp_object* arguments, std::uint32_t count, lisp_object* result);
+
 /// Gives the list value a record of its own, with the same cells, that is marked quoted. False when memory runs out.
 bool lisp_quote_list(lisp_interpreter* interpreter, lisp_object* list);

@@ -1,7 +1,6 @@
 #include <xum/lisp/lisp_closure.h>
 
 #include <xum/lisp/lisp_environment.h>
-#include <xum/lisp/lisp_evaluator.h>
 #include <xum/lisp/lisp_hash_table.h>
 #include <xum/lisp/lisp_memory.h>
 #include <xum/lisp/lisp_object.h>

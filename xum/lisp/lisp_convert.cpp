@@ -1,7 +1,7 @@
 #include <xum/lisp/lisp_convert.h>
 
+#include <xum/lisp/lisp_call.h>
 #include <xum/lisp/lisp_closure.h>
-#include <xum/lisp/lisp_evaluator.h>
 #include <xum/lisp/lisp_hash_table.h>
 #include <xum/lisp/lisp_object.h>
 #include <xum/lisp/lisp_token.h>

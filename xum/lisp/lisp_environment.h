@@ -19,7 +19,14 @@ inline lisp_object* lisp_find_symbol(const lisp_environment* environment, const 
     return name->root_symbol;
 }
 
-/// The same by text; null also for a name that nobody has used yet.
+/// The value of the symbol that a symbol's name means; null when there is none.
+inline const lisp_object* lisp_bound_value(const lisp_environment* environment, const lisp_object* symbol)
+{
+    const lisp_object* found = lisp_find_symbol(environment, symbol->payload.symbol->name);
+    return found != nullptr ? found->payload.symbol->value : nullptr;
+}
+
+/// A symbol by its text; null also for a name that nobody has used yet.
 lisp_object* lisp_find_symbol(lisp_interpreter* interpreter, const lisp_environment* environment, const char* name);
 
 /// Stores a copy of the value in the symbol that the name means, or, with create_new or where there is none, in a new

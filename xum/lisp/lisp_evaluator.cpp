@@ -1,5 +1,6 @@
 #include <xum/lisp/lisp_evaluator.h>
 
+#include <xum/lisp/lisp_arguments.h>
 #include <xum/lisp/lisp_call.h>
 #include <xum/lisp/lisp_closure.h>
 #include <xum/lisp/lisp_environment.h>
@@ -24,47 +25,10 @@ struct return_checks {
     std::uint32_t count;
 };
 
-void lisp_abandon(lisp_interpreter* interpreter, const char* message)
-{
-    if (interpreter->is_abandoned) return;
-    lisp_print_line(interpreter, message);
-    if (interpreter->stack_origin != nullptr) interpreter->is_abandoned = true;
-}
-
-static bool has_room(const lisp_interpreter* interpreter, std::uint64_t count)
-{
-    const std::uintptr_t top = reinterpret_cast<std::uintptr_t>(interpreter->stack_top);
-    const std::uintptr_t end = reinterpret_cast<std::uintptr_t>(interpreter->stack_end);
-    return count * sizeof(lisp_object) <= end - top; // multiplying is cheaper than dividing the difference
-}
-
-lisp_object* lisp_push_frame(lisp_interpreter* interpreter, std::uint64_t count)
-{
-    if (!has_room(interpreter, count)) {
-        lisp_abandon(interpreter, "error: recursion too deep!");
-        return nullptr;
-    }
-    lisp_object* frame = interpreter->stack_top;
-    for (std::uint64_t i = 0; i < count; ++i) lisp_set_nil(interpreter, &frame[i]);
-    interpreter->stack_top += count;
-    return frame;
-}
-
-void lisp_pop_frame(lisp_interpreter* interpreter, lisp_object* frame)
-{
-    interpreter->stack_top = frame;
-}
-
 void lisp_evaluate_to_itself(lisp_interpreter* /*interpreter*/, lisp_object* result, lisp_environment* /*environment*/,
                              const lisp_object* object)
 {
     lisp_copy_value(result, object);
-}
-
-static const lisp_object* bound_value(const lisp_environment* environment, const lisp_object* symbol)
-{
-    const lisp_object* found = lisp_find_symbol(environment, symbol->payload.symbol->name);
-    return found != nullptr ? found->payload.symbol->value : nullptr;
 }
 
 static void report_unbound(lisp_interpreter* interpreter, const lisp_object* symbol)
@@ -75,7 +39,7 @@ static void report_unbound(lisp_interpreter* interpreter, const lisp_object* sym
 void lisp_evaluate_symbol(lisp_interpreter* interpreter, lisp_object* result, lisp_environment* environment,
                           const lisp_object* object)
 {
-    const lisp_object* value = bound_value(environment, object);
+    const lisp_object* value = lisp_bound_value(environment, object);
     if (value != nullptr) {
         lisp_copy_value(result, value);
         return;
@@ -108,24 +72,6 @@ void lisp_eval(lisp_interpreter* interpreter, lisp_object* result, lisp_environm
     evaluate(interpreter, result, environment, object);
 }
 
-/* How far the C stack has grown since the outermost evaluation. */
-static std::uint64_t stack_depth(const lisp_interpreter* interpreter, const char* here)
-{
-    const std::uintptr_t origin = reinterpret_cast<std::uintptr_t>(interpreter->stack_origin);
-    const std::uintptr_t place = reinterpret_cast<std::uintptr_t>(here);
-    return origin > place ? origin - place : place - origin;
-}
-
-static constexpr std::uint64_t stack_depth_limit = std::uint64_t{512} * 1024;
-
-bool lisp_is_stack_deep(lisp_interpreter* interpreter)
-{
-    const char here = 0;
-    if (interpreter->stack_origin == nullptr || stack_depth(interpreter, &here) <= stack_depth_limit) return false;
-    lisp_abandon(interpreter, "error: recursion too deep!");
-    return true;
-}
-
 /* The head's value: a closure or macro record stays where it is whatever the arguments rebind. */
 static bool find_head(lisp_interpreter* interpreter, lisp_environment* environment, const lisp_object* head,
                       lisp_kind* kind, lisp_payload* payload)
@@ -133,7 +79,7 @@ static bool find_head(lisp_interpreter* interpreter, lisp_environment* environme
     lisp_object* frame = nullptr;
     const lisp_object* value;
     if (head->type->kind == lisp_kind_symbol) {
-        value = bound_value(environment, head);
+        value = lisp_bound_value(environment, head);
         if (value == nullptr) {
             report_unbound(interpreter, head);
             value = &interpreter->nil;
@@ -151,75 +97,6 @@ static bool find_head(lisp_interpreter* interpreter, lisp_environment* environme
         lisp_print_format(interpreter, "error: expected :closure (got %s)!", value->type->name);
     if (frame != nullptr) lisp_pop_frame(interpreter, frame);
     return is_callable;
-}
-
-/* An argument that is not lazy. While it is being evaluated its record is on the stack, where a collection sees it. */
-static inline void evaluate_argument(lisp_interpreter* interpreter, lisp_environment* environment,
-                                     const lisp_object* element, lisp_object* argument)
-{
-    const lisp_type* type = element->type;
-    if (type->kind == lisp_kind_symbol) {
-        const lisp_object* value = bound_value(environment, element);
-        if (value != nullptr)
-            lisp_copy_value(argument, value);
-        else
-            lisp_evaluate_symbol(interpreter, argument, environment, element); // reports
-    } else if (type->is_self_evaluating) {
-        lisp_copy_value(argument, element);
-    } else {
-        lisp_set_nil(interpreter, argument);
-        interpreter->stack_top = argument + 1;
-        if (type->kind == lisp_kind_list)
-            lisp_evaluate_list(interpreter, argument, environment, element);
-        else
-            type->evaluate(interpreter, argument, environment, element);
-    }
-    interpreter->stack_top = argument + 1;
-}
-
-static bool take_lazily(lisp_interpreter* interpreter, const lisp_closure* closure, const lisp_object* element,
-                        lisp_object* argument)
-{
-    lisp_copy_value(argument, element);
-    interpreter->stack_top = argument + 1;
-    const bool is_to_be_quoted = closure->native == nullptr && element->type->kind == lisp_kind_list;
-    return !is_to_be_quoted || lisp_quote_list(interpreter, argument);
-}
-
-static bool evaluate_each(lisp_interpreter* interpreter, lisp_environment* environment, const lisp_closure* closure,
-                          const lisp_cell* cell, lisp_object* frame, std::uint32_t count)
-{
-    const std::uint64_t lazy = closure->signature_entries.lazy;
-    if (lazy == 0) {
-        for (std::uint32_t i = 0; i < count; ++i, cell = cell->next)
-            evaluate_argument(interpreter, environment, cell->element, &frame[i]);
-        return true;
-    }
-    const std::uint32_t last_parameter = closure->signature_entries.entry_count - 2u;
-    for (std::uint32_t i = 0; i < count; ++i, cell = cell->next) {
-        const std::uint32_t parameter = i < last_parameter ? i : last_parameter;
-        if ((lazy >> parameter & 1) == 0)
-            evaluate_argument(interpreter, environment, cell->element, &frame[i]);
-        else if (!take_lazily(interpreter, closure, cell->element, &frame[i]))
-            return false;
-    }
-    return true;
-}
-
-/* Evaluates the arguments into a new frame. Null when the evaluation was given up. */
-static inline lisp_object* evaluate_arguments(lisp_interpreter* interpreter, lisp_environment* environment,
-                                              const lisp_closure* closure, const lisp_list* list)
-{
-    lisp_object* frame = interpreter->stack_top;
-    if (!has_room(interpreter, list->count - 1)) {
-        lisp_abandon(interpreter, "error: recursion too deep!");
-        return nullptr;
-    }
-    const std::uint32_t count = static_cast<std::uint32_t>(list->count - 1);
-    const bool is_done = evaluate_each(interpreter, environment, closure, list->first->next, frame, count);
-    if (is_done && !interpreter->is_abandoned) return frame;
-    interpreter->stack_top = frame;
-    return nullptr;
 }
 
 /* Two integers are what a call of arithmetic nearly always has; the function itself would do the same. */
@@ -322,7 +199,7 @@ static continuation call_closure(lisp_interpreter* interpreter, lisp_environment
     if (closure->special == lisp_special_do)
         return evaluate_in_order(interpreter, environment, list->first->next, count, result);
 
-    lisp_object* frame = evaluate_arguments(interpreter, environment, closure, list);
+    lisp_object* frame = lisp_evaluate_arguments(interpreter, environment, closure, list);
     if (frame == nullptr) return {};
     if (count == 2 && compute(interpreter, closure->special, frame, result)) {
         lisp_pop_frame(interpreter, frame);
@@ -424,14 +301,14 @@ static bool call_arithmetic(lisp_interpreter* interpreter, lisp_object* result, 
     if (list == nullptr || list->count != 3 || list->is_quoted || interpreter->is_abandoned) return false;
     const lisp_cell* head = list->first;
     if (head->element->type->kind != lisp_kind_symbol) return false;
-    const lisp_object* value = bound_value(environment, head->element);
+    const lisp_object* value = lisp_bound_value(environment, head->element);
     if (value == nullptr || value->type->kind != lisp_kind_closure) return false;
     const lisp_closure* closure = value->payload.closure;
-    if (closure->special < lisp_special_add || !has_room(interpreter, 2)) return false;
+    if (closure->special < lisp_special_add || !lisp_has_room(interpreter, 2)) return false;
 
     lisp_object* frame = interpreter->stack_top;
-    evaluate_argument(interpreter, environment, head->next->element, &frame[0]);
-    evaluate_argument(interpreter, environment, head->next->next->element, &frame[1]);
+    lisp_evaluate_argument(interpreter, environment, head->next->element, &frame[0]);
+    lisp_evaluate_argument(interpreter, environment, head->next->next->element, &frame[1]);
     if (!compute(interpreter, closure->special, frame, result)) {
         lisp_set_nil(interpreter, result);
         if (!interpreter->is_abandoned && lisp_check_arguments(interpreter, closure, frame, 2))
@@ -447,24 +324,10 @@ void lisp_evaluate_list(lisp_interpreter* interpreter, lisp_object* result, lisp
     const char here = 0;
     if (interpreter->stack_origin == nullptr) {
         run_outermost(interpreter, result, environment, object);
-    } else if (stack_depth(interpreter, &here) > stack_depth_limit) {
-        lisp_abandon(interpreter, "error: recursion too deep!");
+    } else if (lisp_is_stack_deep_at(interpreter, &here)) {
+        lisp_abandon_recursion(interpreter);
         lisp_set_nil(interpreter, result);
     } else if (!call_arithmetic(interpreter, result, environment, object->payload.list)) {
         run(interpreter, result, environment, object);
     }
-}
-
-void lisp_apply(lisp_interpreter* interpreter, lisp_environment* environment, lisp_closure* closure,
-                const lisp_object* arguments, std::uint32_t count, lisp_object* result)
-{
-    lisp_set_nil(interpreter, result);
-    if (interpreter->is_abandoned || !lisp_check_argument_count(interpreter, closure, count)) return;
-    lisp_object* frame = lisp_push_frame(interpreter, count);
-    if (frame == nullptr) return;
-    for (std::uint32_t i = 0; i < count; ++i) lisp_copy_value(&frame[i], &arguments[i]);
-    if (lisp_check_arguments(interpreter, closure, frame, count))
-        lisp_call(interpreter, environment, closure, frame, count, result);
-    lisp_pop_frame(interpreter, frame);
-    if (interpreter->is_abandoned) lisp_set_nil(interpreter, result);
 }

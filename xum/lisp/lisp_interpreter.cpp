@@ -3,9 +3,9 @@
 #include <xum/lisp/lisp_builtins.h>
 #include <xum/lisp/lisp_collector.h>
 #include <xum/lisp/lisp_environment.h>
-#include <xum/lisp/lisp_evaluator.h>
 #include <xum/lisp/lisp_memory.h>
 #include <xum/lisp/lisp_object.h>
+#include <xum/lisp/lisp_stack.h>
 #include <xum/lisp/lisp_type.h>
 
 #include <cstdarg>

@@ -5,10 +5,10 @@
 #include <xum/files/data_root.h>
 #include <xum/lisp/lisp_builtins.h>
 #include <xum/lisp/lisp_environment.h>
-#include <xum/lisp/lisp_evaluator.h>
 #include <xum/lisp/lisp_loader.h>
 #include <xum/lisp/lisp_object.h>
 #include <xum/lisp/lisp_reader.h>
+#include <xum/lisp/lisp_stack.h>
 #include <xum/lisp/lisp_token.h>
 #include <xum/lisp/script_host_values.h>
 

@@ -16,6 +16,11 @@ constexpr int firstPrinted = 33;
 constexpr int lastPrinted = 127;
 constexpr std::size_t verticesPerCharacter = 6;
 
+bool canDraw(const RenderDevice* device, const VertexBuffer* target)
+{
+    return device != nullptr && target != nullptr;
+}
+
 bool isPrinted(int c)
 {
     return c >= firstPrinted && c <= lastPrinted;
@@ -84,6 +89,9 @@ void ImageFont::generateCharacter(std::vector<Vector3<float>>& outPositions,
     const auto left = static_cast<float>(x);
     const auto middle = static_cast<float>(y);
     const float right = left + static_cast<float>(widths[character]) * scale;
+    if (outCoordinates.capacity() <
+        outCoordinates.size() + verticesPerCharacter) // without memory both stay as they were
+        outCoordinates.reserve(outCoordinates.size() * 2 + verticesPerCharacter);
     outPositions.resize(outPositions.size() + verticesPerCharacter);
     outCoordinates.resize(outCoordinates.size() + verticesPerCharacter);
     const Corners corners = {{left, middle - leftHalfHeight, 0},
@@ -102,7 +110,7 @@ void ImageFont::draw(RenderDevice* device, int x, int y, const std::string& text
 void ImageFont::drawScaled(RenderDevice* device, int x, int y, const std::string& text, float scale, bool centerX,
                            bool centerY)
 {
-    if (begin(text, 1) == 0) return;
+    if (!canDraw(device, buffer) || begin(text, 1) == 0) return;
     writeText(text, findPlace(x, y, text, scale, centerX, centerY), 0);
     drawWritten(device, buffer);
 }
@@ -110,6 +118,7 @@ void ImageFont::drawScaled(RenderDevice* device, int x, int y, const std::string
 void ImageFont::drawColored(RenderDevice* device, int x, int y, const std::string& text, const Vector4<float>& color,
                             bool centerX, bool centerY)
 {
+    if (!canDraw(device, secondBuffer)) return;
     const std::size_t vertices = begin(text, 1);
     if (vertices == 0) return;
     writeText(text, findPlace(x, y, text, 1.0f, centerX, centerY), 0);
@@ -121,6 +130,7 @@ void ImageFont::drawOutlined(RenderDevice* device, int x, int y, const std::stri
                              bool centerX, bool centerY)
 {
     constexpr Vector2<float> shifts[] = {{-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {1, 0}, {-1, 1}, {0, 1}, {1, 1}, {0, 0}};
+    if (!canDraw(device, secondBuffer)) return;
     const std::size_t vertices = begin(text, std::size(shifts));
     if (vertices == 0) return;
     const Place place = findPlace(x, y, text, 1.0f, centerX, centerY);
@@ -180,7 +190,6 @@ void ImageFont::writeText(const std::string& text, Place place, std::size_t firs
 
 void ImageFont::drawWritten(RenderDevice* device, VertexBuffer* target) const
 {
-    if (device == nullptr || target == nullptr) return;
     device->bindTexture(0, texture);
     target->setAttribute(VertexAttribute::Position, positions);
     target->setAttribute(VertexAttribute::TextureCoordinate, coordinates);

@@ -43,7 +43,7 @@ public:
     /// Owned by the font; null when the device made none.
     Texture* getTexture() const { return texture; }
 
-    /// Also binds the texture to unit 0.
+    /// Also binds the texture to unit 0. Anisotropic is a fatal error, see Texture::setFilter.
     void setFilter(RenderDevice* device, TextureFilter::Type filter);
 
     /// The width of the text: 4 + character width + 2 * spacing summed up over all characters, without the 4 after the
@@ -61,7 +61,8 @@ public:
     void drawColored(RenderDevice* device, int x, int y, const std::string& text, const Vector4<float>& color,
                      bool centerX, bool centerY);
 
-    /// With a black edge, one pixel wide, of the colour's alpha.
+    /// With a black edge, one pixel wide, of the colour's alpha. The letters have the depth of the edge behind them: a
+    /// depth test for less would hide them.
     void drawOutlined(RenderDevice* device, int x, int y, const std::string& text, const Vector4<float>& color,
                       bool centerX, bool centerY);
 
@@ -122,8 +123,9 @@ private:
 
 /// Loads the picture (see loadImage) and makes the font with the device, which may be null: then it only measures.
 /// `trim` narrows each character to the columns of its cell in which any alpha is not 0; a space is always
-/// cellWidth - 5 wide. Null when the picture cannot be read, for less than one column, for cells that are not between 1
-/// and 2^24 pixels wide and high, and when memory runs out. The caller hands the font to destroyImageFont.
+/// cellWidth - 5 wide. Null when the picture cannot be read or is empty, for less than one column, for cells that are
+/// not between 1 and 2^24 pixels wide and high, and when memory runs out. The caller hands the font to
+/// destroyImageFont.
 XUM_API ImageFont* loadImageFont(RenderDevice* device, const std::string& fileName, int cellWidth, int cellHeight,
                                  int columns, int firstCharacter, bool trim);
 

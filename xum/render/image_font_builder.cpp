@@ -74,7 +74,9 @@ ImageFont* ImageFont::load(RenderDevice* device, Image* loaded, const Grid& grid
 {
     const std::unique_ptr<Image> image(loaded);
     const auto isCellSize = [](int size) { return size >= 1 && size <= largestCell; };
-    if (!image || grid.columns < 1 || !isCellSize(grid.cellWidth) || !isCellSize(grid.cellHeight)) return nullptr;
+    if (!image || image->getWidth() == 0 || image->getHeight() == 0 || grid.columns < 1 ||
+        !isCellSize(grid.cellWidth) || !isCellSize(grid.cellHeight))
+        return nullptr;
     const auto destroy = [device](ImageFont* font) { destroyImageFont(device, font); };
     try {
         std::unique_ptr<ImageFont, decltype(destroy)> font(new ImageFont(*image, grid), destroy);

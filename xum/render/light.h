@@ -28,7 +28,8 @@ public:
     Vector3<float> color = {1, 1, 1};
     Vector3<float> position = {0, 0, 0};
 
-    /// Where it shines to and what is up in its shadow map: of any length, and not parallel to each other.
+    /// Where it shines to and what is up in its shadow map: of any length from 0.00001 to 10^18, and not parallel to
+    /// each other.
     Vector3<float> direction = {0, 0, 0};
     Vector3<float> up = {0, 0, 0};
 

@@ -1,52 +1,12 @@
 #include "drawing_fixture.h"
 #include "file_contents.h"
+#include "font_pictures.h"
 #include "resource_archive.h"
 
 #include <xum/files/resource_manager.h>
 #include <xum/render/image_font.h>
 
 // What letters look like on the screen.
-
-namespace {
-
-/// How a font's picture is divided.
-struct Cells {
-    int width;
-    int height;
-    int columns;
-    int first;
-};
-
-/// Every pixel has another colour, and none of them is the canvas's black.
-Image makeSpeckles(int width, int height)
-{
-    Image image = makeImage(width, height, black);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            image.getPixels()[y * width + x] = {static_cast<unsigned char>(2 * x), static_cast<unsigned char>(4 * y),
-                                                static_cast<unsigned char>(100 + (x * 7 + y * 13) % 100), 255};
-    return image;
-}
-
-/// Six letters from A on, white, in two rows of cells of 6 x 8. E and F are narrower.
-Image makeLetters()
-{
-    const char* const rows[] = {
-        ".###..####...###..", "#...#.#...#.#...#.", "#...#.#...#.#.....", "#####.####..#.....",
-        "#...#.#...#.#.....", "#...#.#...#.#...#.", "#...#.####...###..", "..................",
-        "####..####..####..", "#...#.#.....#.....", "#...#.#.....#.....", "#...#.###...###...",
-        "#...#.#.....#.....", "#...#.#.....#.....", "####..####..#.....", "..................",
-    };
-    Image image = makeImage(18, 16, {255, 255, 255, 0});
-    for (int y = 0; y < 16; ++y)
-        for (int x = 0; x < 18; ++x)
-            if (rows[y][x] == '#') image.getPixels()[y * 18 + x] = white;
-    return image;
-}
-
-constexpr Cells letterCells{6, 8, 3, 'A'};
-
-} // namespace
 
 class ImageFontPixels : public DrawingTest {
 protected:
@@ -80,18 +40,6 @@ protected:
 };
 
 namespace {
-
-/// Copies the cells of untrimmed characters to where they belong on a canvas.
-void pasteText(Image& canvas, int x, int y, const Image& picture, const Cells& cells, const std::string& text)
-{
-    for (const char c : text) {
-        const int cell = c - cells.first;
-        if (c > ' ')
-            paste(canvas, x, y, picture, cell % cells.columns * cells.width, cell / cells.columns * cells.height,
-                  cells.width, cells.height);
-        x += (c == ' ' ? cells.width - 5 : cells.width) + 4;
-    }
-}
 
 /// Which of `count` texels is shown by each of `pixels` pixels, when the first and the last edge of the pixels lie in
 /// the middle of the first and the last texel.

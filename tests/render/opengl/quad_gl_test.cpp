@@ -144,8 +144,8 @@ TEST_F(QuadPixels, quadLiesInTheMiddleOfTheDepthRange)
 
 TEST_F(QuadPixels, fullscreenQuadLightsEachPixelOnce)
 {
-    for (const Vector2<int>& canvasSize :
-         {Vector2<int>(64, 48), Vector2<int>(48, 64), Vector2<int>(13, 7), Vector2<int>(1, 1), Vector2<int>(257, 3)}) {
+    for (const Vector2<int>& canvasSize : {Vector2<int>(64, 48), Vector2<int>(48, 64), Vector2<int>(13, 7),
+                                           Vector2<int>(1, 1), Vector2<int>(2000, 3), Vector2<int>(3, 2000)}) {
         makeCanvas(canvasSize.x, canvasSize.y);
         addLight();
         drawFullscreenQuad(device);
@@ -232,7 +232,7 @@ void main() { outputColor = texture(image, coordinate) * passedColor; }
             std::vector<Vector3<float>> positions;
             std::vector<Vector2<float>> coordinates;
             std::vector<Vector4<float>> colors;
-            createQuadVertexes(positions, coordinates, colors, {3, 5}, {6, 4}, {1, 0, 1, 1}, flipU, flipV);
+            createQuadVertexes(positions, coordinates, colors, {3, 5}, {6, 4}, {1, 1, 0, 1}, flipU, flipV);
             VertexBuffer* buffer = makeBuffer();
             buffer->setAttribute(VertexAttribute::Position, positions);
             buffer->setAttribute(VertexAttribute::TextureCoordinate, coordinates);
@@ -245,7 +245,7 @@ void main() { outputColor = texture(image, coordinate) * passedColor; }
             for (int y = 0; y < 4; ++y)
                 for (int x = 0; x < 6; ++x) {
                     Pixel pixel = picture.getPixel(flipU ? 5 - x : x, flipV ? 3 - y : y);
-                    pixel.green = 0;
+                    pixel.blue = 0;
                     expected.getPixels()[(5 + y) * 16 + 3 + x] = pixel;
                 }
             EXPECT_TRUE(isDrawn(expected)) << flipU << flipV;
