@@ -75,7 +75,8 @@ void SessionPlayer::readStep(const std::string& line, const std::string& place)
     if (count == -2) fail(place, "'" + step.action + "' is not known");
     if (count == -1) step.text = readRest(words);
     for (int i = 0; i < count; ++i)
-        if (!(words >> step.numbers[i])) fail(place, "'" + step.action + "' needs " + std::to_string(count) + " numbers");
+        if (!(words >> step.numbers[i]))
+            fail(place, "'" + step.action + "' needs " + std::to_string(count) + " numbers");
     if (count >= 0 && !readRest(words).empty()) fail(place, "'" + step.action + "' has too much behind it");
     if (step.action.compare(0, 3, "key") == 0 && SDL_GetKeyFromName(step.text.c_str()) == SDLK_UNKNOWN)
         fail(place, "there is no key '" + step.text + "'");

@@ -19,6 +19,7 @@ constexpr int firstCharacter = 32;
 
 constexpr int placeNameSize = 26; // points
 constexpr int keyHelpSize = 11;
+constexpr int titleSize = 54;
 const char* const keyNames = "L lamp   B boxes   F film   H text   G walk   P picture   Esc quit";
 
 constexpr int textUnit = 0;
@@ -48,7 +49,8 @@ std::string provideTrueTypeFont(GameData& data)
 HeadsUpDisplay::HeadsUpDisplay(RenderDevice& device, const Assets& assets, GameData& data)
     : device(device), textProgram(assets.getTextProgram()), font(loadBitmapFont(device, data), {&device}),
       placeNames(device, assets.getCaptionProgram(), provideTrueTypeFont(data), placeNameSize),
-      keyHelp(device, assets.getCaptionProgram(), provideTrueTypeFont(data), keyHelpSize)
+      keyHelp(device, assets.getCaptionProgram(), provideTrueTypeFont(data), keyHelpSize),
+      titles(device, assets.getCaptionProgram(), provideTrueTypeFont(data), titleSize)
 {
     if (!placeNames.hasFont() || !keyHelp.hasFont())
         throw Failure(ExitStatus::BrokenData, "cannot read the font " + data.getFileName(fontDirectory, trueTypeFont));
@@ -62,6 +64,37 @@ void HeadsUpDisplay::draw(const Vector2<int>& screenSize, const Readings& readin
     drawReadings(screenSize, readings, draws);
     const int height = keyHelp.draw(keyNames, screenSize, margin, keyColor, draws);
     placeNames.draw(place, screenSize, margin + height, placeColor, draws);
+    device.setBlendMode(BlendMode::None);
+    device.enable(RenderFeature::DepthTest);
+}
+
+void HeadsUpDisplay::drawGame(const Vector2<int>& screenSize, const GameTexts& texts, DrawCounter& draws)
+{
+    const auto find = [&](const char* slot) -> const std::string& {
+        static const std::string none;
+        const auto found = texts.find(slot);
+        return found == texts.end() ? none : found->second;
+    };
+    device.disable(RenderFeature::DepthTest);
+    device.setBlendMode(BlendMode::Alpha);
+    titles.draw(find("title"), screenSize, screenSize.y * 3 / 5, placeColor, draws);
+    placeNames.draw(find("end"), screenSize, screenSize.y / 2, placeColor, draws);
+    placeNames.draw(find("message"), screenSize, screenSize.y / 4, placeColor, draws);
+    placeNames.draw(find("hint"), screenSize, screenSize.y * 2 / 5, keyColor, draws);
+
+    // These change all the time: the bitmap font keeps no texture of each.
+    device.useProgram(textProgram);
+    device.setUniform("surface", textUnit)
+        .setUniform("screenSize", Vector2<float>(static_cast<float>(screenSize.x), static_cast<float>(screenSize.y)));
+    int top = margin;
+    for (const char* slot : {"clock", "score"}) {
+        const std::string& text = find(slot);
+        if (text.empty()) continue;
+        font->drawOutlined(&device, screenSize.x - margin - font->measure(text, 1, 0), top, text, readingColor, false,
+                           false);
+        draws.add();
+        top += font->getHeight();
+    }
     device.setBlendMode(BlendMode::None);
     device.enable(RenderFeature::DepthTest);
 }

@@ -2,6 +2,7 @@
 
 #include "captions.h"
 #include "game_data.h"
+#include "game_texts.h"
 #include "readings.h"
 
 #include <xum/render/image_font.h>
@@ -19,6 +20,9 @@ public:
     /// On the bound target of that size.
     void draw(const Vector2<int>& screenSize, const Readings& readings, const std::string& place, DrawCounter& draws);
 
+    /// What a game says.
+    void drawGame(const Vector2<int>& screenSize, const GameTexts& texts, DrawCounter& draws);
+
 private:
     struct DestroyImageFont {
         RenderDevice* device;
@@ -32,4 +36,5 @@ private:
     std::unique_ptr<ImageFont, DestroyImageFont> font;
     Captions placeNames;
     Captions keyHelp;
+    Captions titles;
 };

@@ -109,13 +109,13 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
                                             "Unattended: fly a fixed path for so many frames of 1/60 second, then "
                                             "write the picture of the last one");
     frames->type_name("N")->check(CLI::Range(1, 1000000));
-    parser
-        .add_option("--screenshot", options.pictureFile,
-                    "The picture that --frames writes (" + options.pictureFile + ")")
-        ->type_name("FILE")
-        ->check(checkPictureFile)
-        ->needs(frames);
-    parser.add_option("--size", size, "The window's size in pixels (" + size + ")")->type_name("WxH")->check(checkSize);
+    CLI::Option* const picture =
+        parser.add_option("--screenshot", options.pictureFile,
+                          "The picture that --frames, and --play at its end, writes (" + options.pictureFile + ")");
+    picture->type_name("FILE")->check(checkPictureFile);
+    CLI::Option* const sizeOption =
+        parser.add_option("--size", size, "The window's size in pixels (" + size + ", or as it was last time)");
+    sizeOption->type_name("WxH")->check(checkSize);
     CLI::Option* data = parser.add_option(
         "--data", dataDirectory, "The directory that holds shaders/, textures/ and so on (" + dataDirectory + ")");
     data->type_name("DIR")->check(checkName);
@@ -131,10 +131,10 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
                     "Start at X,Y,Z and look to the left of north and up by so many degrees; unattended, stay there")
         ->type_name("X,Y,Z,YAW,PITCH")
         ->check(checkView);
-    parser.add_option("--volume", volume, "How loud everything is, in percent (100)")
-        ->type_name("N")
-        ->check(CLI::Range(0, 100));
-    parser.add_flag("--mute", startsMute, "Start without sound");
+    CLI::Option* const volumeOption = parser.add_option("--volume", volume, "How loud everything is, in percent (100)")
+                                          ->type_name("N")
+                                          ->check(CLI::Range(0, 100));
+    CLI::Option* const muteOption = parser.add_flag("--mute", startsMute, "Start without sound");
     bool drawsAll = false;
     parser.add_flag("--no-culling", drawsAll, "Draw what cannot be seen, too; the picture is the same");
     parser.add_flag("--occlusion", options.showsOcclusion,
@@ -149,9 +149,29 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
                     "Start with boxes around things and leaves, where sounds come from, and the lamp's direction");
     parser.add_flag("--walk", options.startsWalking, "Start on foot");
     parser.add_flag("--wireframe", options.startsAsWireframe, "Start with edges only");
+    parser.add_flag("--explore", options.explores,
+                    "No game: fly and walk through the world; so do --view, --walk and --wireframe");
+    parser.add_option("--map", options.mapFile, "Play on a compiled map of your own, as `xum map compile` makes it")
+        ->type_name("FILE.map")
+        ->check(checkName);
+    parser
+        .add_option("--settings", options.settingsFile,
+                    "Where the window, the volume and the keys are kept instead of the user's own directory")
+        ->type_name("FILE")
+        ->check(checkName);
+    CLI::Option* const session =
+        parser.add_option("--play", options.sessionFile, "Unattended: do what a recorded session did, then end");
+    session->type_name("SESSION")->check(checkName)->excludes(frames);
+    parser.add_option("--record", options.recordFile, "Write down what is done, for --play")
+        ->type_name("SESSION")
+        ->check(checkName)
+        ->excludes(frames)
+        ->excludes(session);
 
     try {
         parser.parse(argumentCount, arguments);
+        if (picture->count() > 0 && frames->count() + session->count() == 0)
+            throw CLI::RequiresError("--screenshot", "--frames or --play");
     } catch (const CLI::ParseError& stop) {
         const bool isHelp = stop.get_exit_code() == 0;
         outStatus = static_cast<int>(isHelp ? ExitStatus::Success : ExitStatus::WrongArguments);
@@ -166,5 +186,8 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     options.layers.effects = !isPlain;
     options.layers.text = !hasNoText;
     options.volume = Volume(volume, startsMute);
+    options.isSizeGiven = sizeOption->count() > 0;
+    options.isVolumeGiven = volumeOption->count() + muteOption->count() > 0;
+    options.explores = options.explores || options.view || options.startsWalking || options.startsAsWireframe;
     return options;
 }

@@ -18,6 +18,7 @@ void Presentation::draw(RenderTarget* target, const Vector2<int>& size, const Fr
         device.bindRenderTarget(target, TargetBinding::Both);
         postPass.draw(frame.brightness, draws);
     }
+    if (frame.texts != nullptr) display.drawGame(size, *frame.texts, draws);
     if (layers.text) display.draw(size, read(frame), nameOfPlace(renderer.getScene(), frame.camera.position), draws);
 }
 
@@ -44,5 +45,6 @@ Readings Presentation::read(const Frame& frame) const
     readings.drawn = visibility.drawn;
     readings.culled = visibility.culled;
     readings.hidden = visibility.hidden;
+    readings.scriptBytesPerMinute = frame.scriptBytesPerMinute;
     return readings;
 }

@@ -58,6 +58,7 @@ Soundscape::Soundscape(AudioDevice* device, GameData& data, const Scene& scene, 
 
 void Soundscape::addEmitters(GameData& data, const Scene& scene)
 {
+    if (!scene.hasCourtyard) return;
     emitters.push_back({loadSample(device, data, "fountain.wav"), {scene.fountain}, 30.0f, 0.5f, fountainPause, 0, 0});
     Sample* flame = loadSample(device, data, "flame.wav");
     uint64 firstStart = 0; // one after the other, or they would all crack at the same time
@@ -85,6 +86,19 @@ void Soundscape::update(const Viewpoint& listener, uint64 milliseconds)
     device->setListener(listener.position, listener.getForward());
     // At once, so that what has just begun does not sound as if it were near.
     device->update(0.0f);
+}
+
+void Soundscape::playOnce(GameData& data, const std::string& name, const Vector3<float>& position)
+{
+    constexpr float range = 40;
+    Sample* const sample = loadSample(device, data, name);
+    AudioSource* const source = device == nullptr ? nullptr : device->acquireSource();
+    if (source == nullptr) return;
+    sourceVolumes[source] = 1;
+    source->setPosition(position);
+    source->setRange(range);
+    source->setVolume(volume);
+    source->play(sample, 0.0f);
 }
 
 // When all sources are in use, this time is left out.

@@ -5,6 +5,7 @@
 #include "scene.h"
 
 #include <random>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -26,6 +27,9 @@ public:
 
     /// Once a frame, with the time of the engine clock: starts what is due, and makes the camera the listener.
     void update(const Viewpoint& listener, uint64 milliseconds);
+
+    /// A sample from some place. Throws Failure, naming the file, when it is missing or broken.
+    void playOnce(GameData& data, const std::string& name, const Vector3<float>& position);
 
     /// Of everything, 0 to 1; what already plays follows with the next update.
     void setVolume(float newVolume);
