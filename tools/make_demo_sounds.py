@@ -239,6 +239,19 @@ def ember():
     return sound
 
 
+def hum():
+    """What lies near sounds like a glass that is rubbed. It ends as softly as the fountain."""
+    count = int(2.0 * SAMPLE_RATE)
+    pitch = frequency("D4")
+    sound = []
+    for i in range(count):
+        t = i / SAMPLE_RATE
+        tremble = 1 + 0.25 * math.sin(2 * math.pi * 4 * t)
+        sound.append(tremble * sum(math.sin(2 * math.pi * pitch * k * t) / k**2 for k in (1, 2, 3)))
+    fade(sound, int(0.5 * SAMPLE_RATE), int(0.5 * SAMPLE_RATE))
+    return sound
+
+
 def caught():
     """A deep horn that falls: somebody was seen."""
     count = int(0.9 * SAMPLE_RATE)
@@ -275,7 +288,8 @@ def write_stream(path, rate, channels, peak):
 def write_all(root):
     for directory in ("samples", "streams"):
         (root / directory).mkdir(parents=True, exist_ok=True)
-    for sound, peak in ((fountain, 0.8), (flame, 0.8), (blackbird, 0.7), (finch, 0.7), (ember, 0.7), (caught, 0.8)):
+    peaks = {fountain: 0.8, flame: 0.8, blackbird: 0.7, finch: 0.7, ember: 0.7, caught: 0.8, hum: 0.5}
+    for sound, peak in peaks.items():
         write_wave(root / "samples" / f"{sound.__name__}.wav", SAMPLE_RATE, [sound()], peak)
     write_stream(root / "streams" / "courtyard.ogg", MUSIC_RATE, courtyard_music(), 0.7)
 

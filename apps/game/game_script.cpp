@@ -123,7 +123,8 @@ GameScript::GameScript(Engine& engine, GameData& data, Stage& stage) : stage(sta
     if (!scripts) throw Failure(ExitStatus::BrokenData, "not enough memory for scripts");
     setScriptPrint(scripts.get(), keepLine, this);
     registerFunctions();
-    run("(playing?)"); // whether the rules were read at all
+    if (!run("(playing?)")) // they were not read, then
+        throw Failure(ExitStatus::BrokenData, "the script lisp/game.lisp is wrong: " + problem);
 }
 
 void GameScript::registerFunctions()
@@ -136,14 +137,16 @@ void GameScript::registerFunctions()
     const auto seconds = [](ScriptCall& call, void* frame) {
         call.returnFloat(*static_cast<const std::uint32_t*>(frame) / 1000.0);
     };
+    const auto wish = [](ScriptCall&, void* flag) { *static_cast<bool*>(flag) = true; };
+    registerScriptFunction(scripts.get(), "reload-scripts", "", "(:nil)", wish, &wantsReload);
     registerScriptFunction(scripts.get(), "frame-milliseconds", "", "(:integer)", milliseconds, &frameMilliseconds);
     registerScriptFunction(scripts.get(), "frame-seconds", "", "(:float)", seconds, &frameMilliseconds);
 }
 
-void GameScript::tick(std::uint32_t milliseconds)
+bool GameScript::tick(std::uint32_t milliseconds)
 {
     frameMilliseconds = milliseconds;
-    run("(tick)");
+    return run("(tick)");
 }
 
 bool GameScript::isPlaying()
@@ -152,15 +155,14 @@ bool GameScript::isPlaying()
     return evaluateScript(scripts.get(), "(playing?)", playing) && playing.getBoolean();
 }
 
-bool GameScript::reload(std::string& outProblem)
+bool GameScript::reload()
 {
     firstError.clear();
     scripts->evaluateScript("(define kept (game-snapshot))");
     if (!scripts->loadScript("game") && firstError.empty()) firstError = "it cannot be read";
     scripts->evaluateScript("(restore-game kept)");
-    outProblem = firstError;
-    firstError.clear();
-    return outProblem.empty();
+    problem = firstError;
+    return problem.empty();
 }
 
 std::int64_t GameScript::countBytes()
@@ -169,12 +171,16 @@ std::int64_t GameScript::countBytes()
     return bytes;
 }
 
-void GameScript::run(const char* text)
+bool GameScript::run(const char* text)
 {
     firstError.clear();
-    if (scripts->evaluateScript(text) && firstError.empty()) return;
-    throw Failure(ExitStatus::BrokenData,
-                  "the script lisp/game.lisp is wrong: " + (firstError.empty() ? "it cannot be read" : firstError));
+    try {
+        if (!scripts->evaluateScript(text) && firstError.empty()) firstError = "it cannot be read";
+    } catch (const Failure& failure) { // of the stage: a sound that is not there
+        firstError = failure.what();
+    }
+    problem = firstError;
+    return problem.empty();
 }
 
 /// Scripts go on after an error, and so do their messages: the first one tells most.
@@ -187,6 +193,6 @@ void GameScript::keepLine(const char* line, void* user)
     long long bytes = 0;
     if (std::sscanf(line, "garbage collector: %lld objects, %lld bytes", &objects, &bytes) == 2)
         script.bytes = bytes;
-    else if (text.rfind("xum-lisp (", 0) != 0)
-        getLog() << "script: " << text << std::endl;
+    else if (text.rfind("xum-lisp (", 0) != 0 && text != script.lastLine) // an error comes again in each frame
+        getLog() << "script: " << (script.lastLine = text) << std::endl;
 }

@@ -5,7 +5,9 @@
 
 #include <xum/engine/export.h>
 
+#include <cstdint>
 #include <string>
+#include <utility>
 
 class ScriptingDevice;
 
@@ -16,17 +18,24 @@ public:
     /// stage.
     GameScript(Engine& engine, GameData& data, Stage& stage);
 
-    /// A new game.
-    void begin() { run("(begin-hunt)"); }
+    /// A new game. False when the rules are wrong.
+    bool begin() { return run("(begin-hunt)"); }
 
-    /// Once a frame while a game runs. Throws Failure, with the script's words, when the rules are wrong.
-    void tick(std::uint32_t milliseconds);
+    /// Once a frame while a game runs. False when the rules are wrong; what comes after the error is done all the same.
+    bool tick(std::uint32_t milliseconds);
 
     bool isPlaying();
 
-    /// Loads the rules anew; the state of the game stays. False, with the first error, when they are wrong: then what
-    /// was read before the error is in force.
-    bool reload(std::string& outProblem);
+    /// Whether the rules have called (reload-scripts) since the last call. They cannot be replaced while they run, so
+    /// it is for the caller to do it.
+    bool takeReloadWish() { return std::exchange(wantsReload, false); }
+
+    /// Loads the rules anew; the state of the game stays. False when they are wrong: then what was read before the
+    /// error is in force.
+    bool reload();
+
+    /// The first error of the last begin, tick or reload, in the script's words; empty without any.
+    const std::string& getProblem() const { return problem; }
 
     /// How many bytes of the script memory, which never come back, have been used since the start.
     std::int64_t countBytes();
@@ -36,11 +45,14 @@ private:
 
     static void keepLine(const char* line, void* script);
     void registerFunctions();
-    void run(const char* text);
+    bool run(const char* text);
 
     Stage& stage;
     std::uint32_t frameMilliseconds = 0;
-    std::string firstError;
+    bool wantsReload = false;
+    std::string firstError; ///< of what is being evaluated
+    std::string problem;
+    std::string lastLine; ///< that went to the log
     std::int64_t bytes = 0;
     OwnedScripts scripts;
 };

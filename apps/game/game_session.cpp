@@ -17,15 +17,22 @@
 #include <xum/render/image.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
+#include <thread>
 
 namespace {
 
 constexpr std::uint32_t longestFrame = 100; // milliseconds: a pause must not throw anybody far away
 constexpr std::uint32_t sessionFrame = 17;  // of a session, in turn with 16
+constexpr std::chrono::microseconds recordedFrame(16667);
+constexpr std::chrono::milliseconds minimizedPause(20);
+constexpr std::uint32_t noticeDuration = 4000; // milliseconds
+const char* const name = "Twelve Embers";
 
 class GameSession {
 public:
@@ -50,8 +57,13 @@ public:
             if (player) player->pushEvents(frame, application.getWindow().getHandle());
             if (recorder) recorder->setFrame(frame);
             if (!application.getEngine().update() || !handleWindowEvents()) break;
-            doFrame(countMilliseconds(frame));
+            const std::uint32_t milliseconds = countMilliseconds(frame);
+            if (isMinimized && !player && !recorder)
+                std::this_thread::sleep_for(minimizedPause); // nobody plays, and the swap may not wait for the screen
+            else
+                doFrame(milliseconds);
             if (player && player->isOver()) break;
+            if (recorder) std::this_thread::sleep_until(nextRecordedFrame += recordedFrame);
         }
         finish();
     }
@@ -71,8 +83,14 @@ private:
 
     bool handleWindowEvents()
     {
-        for (EngineEvent* event = application.getEngine().getEvents(); event != nullptr; event = event->getNext())
-            if (event->getType() == EngineEventType::WindowClosed) return false;
+        for (EngineEvent* event = application.getEngine().getEvents(); event != nullptr; event = event->getNext()) {
+            switch (event->getType()) {
+            case EngineEventType::WindowClosed: return false;
+            case EngineEventType::WindowMinimized: isMinimized = true; break;
+            case EngineEventType::WindowRestored: isMinimized = false; break;
+            default: break;
+            }
+        }
         return true;
     }
 
@@ -87,8 +105,10 @@ private:
         case State::Playing: play(milliseconds, seconds); break;
         case State::Over: break;
         }
+        forgetNotice(milliseconds);
         stage.show();
         sounds.update(camera, clock);
+        if (options.isFast) return;
         draw(nullptr);
         application.getRenderDevice().swap(&application.getWindow());
         if (title.countFrame(clock))
@@ -99,7 +119,8 @@ private:
     {
         controls.look(camera, getMouseMotion(), seconds);
         stage.getWalker().move(stage.getObstacles(), controls.getVelocity(camera), controls.wantsToJump(), seconds);
-        script.tick(milliseconds);
+        if (!script.tick(milliseconds)) notify(script.getProblem());
+        if (script.takeReloadWish()) reloadScripts();
         if (const std::optional<float> turn = stage.takeTurn()) {
             camera.yaw = *turn;
             camera.pitch = 0;
@@ -122,6 +143,24 @@ private:
         sinceCount = 0;
     }
 
+    /// Says something that the rules did not say, for a while; what is wrong goes to the terminal, too, but not again
+    /// in each frame.
+    void notify(const std::string& words, bool isProblem = true)
+    {
+        constexpr std::size_t longest = 120;
+        if (isProblem && words != lastProblem) std::fprintf(stderr, "xum-game: %s\n", words.c_str());
+        if (isProblem) lastProblem = words;
+        stage.showText("notice", words.size() > longest ? words.substr(0, longest) + "..." : words);
+        noticeTime = noticeDuration;
+    }
+
+    void forgetNotice(std::uint32_t milliseconds)
+    {
+        if (noticeTime == 0) return;
+        noticeTime -= std::min(noticeTime, milliseconds);
+        if (noticeTime == 0) stage.showText("notice", "");
+    }
+
     Vector2<int> getMouseMotion()
     {
         Vector2<int> motion;
@@ -137,16 +176,25 @@ private:
         state = State::Title;
         stage.clear();
         presentation.getRenderer().setLamp(true);
-        stage.showText("title", "Twelve Embers");
-        stage.showText("hint", "Press " + keys.getKeyName(Action::Confirm) + " to play, " +
-                                   keys.getKeyName(Action::Back) + " to leave");
+        stage.showText("title", name);
+        const auto key = [&](Action action) { return keys.getKeyName(action); };
+        stage.showText("hint", "Press " + key(Action::Confirm) + " to play, " + key(Action::Back) + " to leave");
+        stage.showText("help", key(Action::Forwards) + " " + key(Action::Left) + " " + key(Action::Backwards) + " " +
+                                   key(Action::Right) + " and the mouse, or a joystick: go and look      " +
+                                   key(Action::Run) + ": run      " + key(Action::Jump) + ": jump");
         catchMouse(false);
     }
 
     void begin()
     {
         stage.clear();
-        script.begin();
+        if (!script.begin()) notify(script.getProblem());
+        if (!script.isPlaying()) { // it did not get that far
+            const std::string problem = script.getProblem();
+            showTitle();
+            if (!problem.empty()) notify(problem);
+            return;
+        }
         camera.yaw = stage.takeTurn().value_or(0.0f);
         camera.pitch = 0;
         state = State::Playing;
@@ -192,11 +240,10 @@ private:
 
     void reloadScripts()
     {
-        std::string problem;
-        if (script.reload(problem))
-            stage.showText("message", "The rules were loaded anew");
+        if (script.reload())
+            notify("The rules were loaded anew", false);
         else
-            stage.showText("message", problem);
+            notify(script.getProblem());
     }
 
     void savePicture(const std::string& fileName)
@@ -240,6 +287,8 @@ private:
         std::string problems;
         settings = readGameSettings(settingsFile, keys, problems);
         if (!problems.empty()) std::fprintf(stderr, "xum-game: %s", problems.c_str());
+        if (settingsFile.empty() && !player)
+            std::fprintf(stderr, "xum-game: there is no directory to keep the settings in\n");
         volume = options.isVolumeGiven ? options.volume : Volume(settings.volume, settings.isMute);
         if (settings.isFullscreen && !player) application.getWindow().setFullscreen(true);
     }
@@ -254,11 +303,10 @@ private:
             };
             std::printf("clock %s, %s, end: %s\n", text("clock").c_str(), text("score").c_str(), text("end").c_str());
         }
-        if (settingsFile.empty()) {
-            if (!player) std::fprintf(stderr, "xum-game: there is no directory to keep the settings in\n");
-            return;
-        }
-        if (!settings.isFullscreen) settings.windowSize = application.getWindow().getSize();
+        if (settingsFile.empty() || settings.isFileBroken) return;
+        const Vector2<int> size = application.getWindow().getSize();
+        const bool isUsable = size.x >= GameSettings::smallestWindow.x && size.y >= GameSettings::smallestWindow.y;
+        if (!settings.isFullscreen && isUsable) settings.windowSize = size;
         settings.volume = volume.getPercent();
         settings.isMute = volume.isMuted();
         std::string problem;
@@ -285,12 +333,16 @@ private:
     State state = State::Title;
     Viewpoint camera;
     FrameTimes frameTimes;
-    FrameRateTitle title = FrameRateTitle("xum-game");
+    FrameRateTitle title = FrameRateTitle(name);
     std::uint64_t clock = 0; ///< milliseconds of frames
     uint64 lastTime = 0;
     std::uint32_t sinceCount = 0;
     std::int64_t lastBytes = 0;
     std::optional<std::int64_t> bytesPerMinute;
+    std::uint32_t noticeTime = 0; ///< milliseconds for which it is still shown
+    std::string lastProblem;
+    std::chrono::steady_clock::time_point nextRecordedFrame = std::chrono::steady_clock::now();
+    bool isMinimized = false;
     bool isEnding = false;
 };
 

@@ -25,7 +25,7 @@ void add(ConfigSection& section, const std::string& name, const std::string& val
 }
 
 /// Null without a file, and for a broken one, which is a problem.
-std::unique_ptr<ConfigFile> readFile(const std::string& fileName, std::string& outProblems)
+std::unique_ptr<ConfigFile> readFile(const std::string& fileName, GameSettings& settings, std::string& outProblems)
 {
     std::error_code failure;
     if (fileName.empty() || !std::filesystem::is_regular_file(fileName, failure)) return nullptr;
@@ -34,6 +34,7 @@ std::unique_ptr<ConfigFile> readFile(const std::string& fileName, std::string& o
     std::string problem;
     if (!checkConfigText(text, problem)) {
         outProblems += "the settings in " + fileName + " are broken: " + problem + "\n";
+        settings.isFileBroken = true;
         return nullptr;
     }
     TextAsFile source(text);
@@ -89,8 +90,8 @@ private:
 void readAll(const ConfigSection& root, const std::string& fileName, GameSettings& settings, std::string& problems)
 {
     Reader reader(root, fileName, problems);
-    reader.read("width", 1, 16384, settings.windowSize.x);
-    reader.read("height", 1, 16384, settings.windowSize.y);
+    reader.read("width", GameSettings::smallestWindow.x, 16384, settings.windowSize.x);
+    reader.read("height", GameSettings::smallestWindow.y, 16384, settings.windowSize.y);
     reader.read("full-screen", settings.isFullscreen);
     reader.read("volume", 0, 100, settings.volume);
     reader.read("mute", settings.isMute);
@@ -108,7 +109,7 @@ GameSettings readGameSettings(const std::string& fileName, KeyBindings& keys, st
 {
     GameSettings settings;
     outProblems.clear();
-    const std::unique_ptr<ConfigFile> file = readFile(fileName, outProblems);
+    const std::unique_ptr<ConfigFile> file = readFile(fileName, settings, outProblems);
     if (!file) return settings;
     readAll(*file->getRootSection(), fileName, settings, outProblems);
     for (const ConfigSection* section : file->getRootSection()->getAllSections()) {
@@ -123,7 +124,7 @@ GameSettings readWindowSettings(const std::string& fileName)
 {
     GameSettings settings;
     std::string problems; // told about when everything is read
-    const std::unique_ptr<ConfigFile> file = readFile(fileName, problems);
+    const std::unique_ptr<ConfigFile> file = readFile(fileName, settings, problems);
     if (file) readAll(*file->getRootSection(), fileName, settings, problems);
     return settings;
 }

@@ -10,13 +10,21 @@ namespace {
 const Material emberGlow = {TextureName::Limestone, 0.5f, {1.0f, 0.42f, 0.1f}, 0, 1, 5.0f};
 const Material watcherSkin = {TextureName::Bronze, 1.0f, {0.35f, 0.4f, 0.45f}, 0.8f, 60, 0.15f};
 
+const char* const emberSound = "ember.wav"; // this and the next are played by the rules
+const char* const caughtSound = "caught.wav";
+const char* const humSound = "hum.wav";
+
 constexpr float playerMiddle = 0.9f; // above the feet
 constexpr Vector3<float> sightHalfSize = {0.02f, 0.02f, 0.02f};
 
 /// Around the origin.
 std::optional<Thing> makeShape(const std::string& kind)
 {
-    if (kind == "ember") return place(SolidKind::Sphere, emberGlow, {0, 0, -0.14f}, {0.28f, 0.28f, 0.28f});
+    if (kind == "ember") {
+        Thing ember = place(SolidKind::Sphere, emberGlow, {0, 0, -0.14f}, {0.28f, 0.28f, 0.28f});
+        ember.halo = 0.8f;
+        return ember;
+    }
     if (kind == "watcher") return place(SolidKind::Ring, watcherSkin, {0, 0, 0.25f}, {1.5f, 1.5f, 2.0f});
     return std::nullopt;
 }
@@ -25,7 +33,9 @@ std::optional<Thing> makeShape(const std::string& kind)
 
 GameStage::GameStage(SceneRenderer& renderer, Soundscape& sounds, GameData& data)
     : renderer(renderer), sounds(sounds), data(data), obstacles(renderer.getScene()), walker({0, 0, 1})
-{}
+{
+    for (const char* name : {emberSound, caughtSound, humSound}) sounds.prepare(data, name);
+}
 
 const std::vector<Place>& GameStage::findPlaces(const std::string& className) const
 {
@@ -60,7 +70,7 @@ int GameStage::addThing(const std::string& kind, const Vector3<float>& position)
 {
     const std::optional<Thing> shape = makeShape(kind);
     if (!shape) return -1;
-    things.push_back({*shape, position, true});
+    things.push_back({*shape, kind == "ember", position, true});
     return static_cast<int>(things.size()) - 1;
 }
 
@@ -146,9 +156,14 @@ void GameStage::setDusk(float part)
 void GameStage::show()
 {
     std::vector<Thing> shown;
-    for (const MovingThing& thing : things)
-        if (thing.isThere) shown.push_back(moved(thing.shape, thing.position));
+    std::map<int, Vector3<float>> humming;
+    for (std::size_t i = 0; i < things.size(); ++i) {
+        if (!things[i].isThere) continue;
+        shown.push_back(moved(things[i].shape, things[i].position));
+        if (things[i].hums) humming.emplace(static_cast<int>(i), things[i].position);
+    }
     renderer.setMovingThings(std::move(shown));
+    sounds.setHums(data, humSound, humming);
 }
 
 void GameStage::clear()

@@ -12,7 +12,7 @@
 /// The world as the rules see it: places of the level, things that the renderer draws, the player.
 class GameStage final : public Stage {
 public:
-    /// Keeps the references.
+    /// Keeps the references. Throws Failure, naming the file, when a sound of the game is missing or broken.
     GameStage(SceneRenderer& renderer, Soundscape& sounds, GameData& data);
 
     std::size_t countPlaces(const std::string& className) const override;
@@ -31,7 +31,7 @@ public:
     void showText(const std::string& slot, std::string_view text) override;
     void setDusk(float part) override;
 
-    /// Hands the things to the renderer; once a frame.
+    /// Hands the things to the renderer, and what they sound like to the sounds; once a frame.
     void show();
 
     /// Nothing moves any more, it is day, and the texts are empty.
@@ -49,6 +49,7 @@ public:
 private:
     struct MovingThing {
         Thing shape;
+        bool hums = false;
         Vector3<float> position;
         bool isThere = false;
     };

@@ -14,13 +14,29 @@ namespace {
 constexpr int largestSide = 8192;
 
 const char* const footer = R"(
-Keys:
-  W A S D        fly forwards, left, backwards, right
-  E Q            fly up, down
-  G              walk, or fly again; who walks goes through doors and up stairs, and jumps with E
-  arrow keys     look around
-  Shift          faster
+The game: gather the embers before night falls, and stay out of the watchers' light.
+
+Keys of the game, which the settings file can change:
+  W A S D        forwards, left, backwards, right
+  mouse, arrows  look around
+  Left Shift     run
+  Space          jump
+  Return         begin, and go on after the end
+  Escape         back to the title, then quit
   M              the mouse looks around, or is free again
+  F5             load the rules in lisp/game.lisp anew; the game goes on
+  N              no sound, or sound again
+  Page Up, Down  louder, quieter
+  F11            full screen or window
+A joystick plays too: its axes turn and walk, button 1 jumps, 2 is Escape, 3 runs, 4 is Return.
+
+Keys of --explore, where these differ:
+  W A S D, E Q   fly, up and down with E and Q, faster with Shift
+  G              walk, or fly again; who walks goes through doors and up stairs, and jumps with E
+  Escape         quit
+A joystick flies too: buttons 1 and 2 go up and down, button 3 is faster, button 4 shows edges.
+
+Keys of both:
   Tab            solids or edges only
   C              leave out what is outside of the view or hidden, or draw all; the title tells how much
   O              show the coarse depth picture by which hidden things are found, or do not
@@ -29,20 +45,16 @@ Keys:
   F              the picture as if on film, or as it is
   H              the text over the picture, or none
   P              write a picture, screenshot-001.bmp and so on, into the working directory
-  N              no sound, or sound again
-  Page Up, Down  louder, quieter
-  F11            full screen or window
-  Escape         quit
-A joystick flies too: its axes move, buttons 1 and 2 go up and down, button 3 is faster, button 4 shows edges.
 
 Environment:
   XUM_DATA_ROOT        the data directory where neither --data nor --archive is given
-  XUM_MESSAGE_BOXES=0  messages go to standard error instead of boxes; always so with --frames
+  XUM_MESSAGE_BOXES=0  messages go to standard error instead of boxes; always so with --frames and --play
+  XDG_CONFIG_HOME      where the settings are kept, in xum-engine/game.cfg; else in .config of HOME, or in APPDATA
 
 Exit status:
   0    success
   2    wrong arguments
-  3    the data directory, the archive or a file in it is missing or broken
+  3    the data directory, the archive, or a file in it is missing or broken; so may be the session or the map
   4    no window or no OpenGL 3.2
   5    the picture could not be written
   255  the engine stopped the program, log.txt says why)";
@@ -103,7 +115,7 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     int volume = 100;
     bool startsMute = false;
 
-    CLI::App parser("Fly through a small courtyard, drawn with xum-engine.", "xum-game");
+    CLI::App parser("Twelve Embers, a small game drawn with xum-engine.", "xum-game");
     parser.footer(footer);
     CLI::Option* frames = parser.add_option("--frames", options.frames,
                                             "Unattended: fly a fixed path for so many frames of 1/60 second, then "
@@ -162,6 +174,7 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     CLI::Option* const session =
         parser.add_option("--play", options.sessionFile, "Unattended: do what a recorded session did, then end");
     session->type_name("SESSION")->check(checkName)->excludes(frames);
+    parser.add_flag("--fast", options.isFast, "With --play: draw only the picture at its end")->needs(session);
     parser.add_option("--record", options.recordFile, "Write down what is done, for --play")
         ->type_name("SESSION")
         ->check(checkName)

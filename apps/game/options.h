@@ -32,6 +32,7 @@ struct Options {
     std::string settingsFile; ///< empty: the user's own
     std::string sessionFile;  ///< to be played; empty: none
     std::string recordFile;   ///< where to write a session; empty: nowhere
+    bool isFast = false;      ///< a session is not drawn before its end
 
     bool playsSession() const { return !sessionFile.empty(); }
     bool isUnattended() const { return frames > 0; }

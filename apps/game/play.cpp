@@ -105,6 +105,7 @@ private:
             application.getWindow().setFullscreen(isFullscreen);
         }
         switches.handle(presentation);
+        if (wireframeButton.isThrown(input)) switches.switchWireframe();
         if (pictureKey.isThrown(input)) savePicture();
         handleVolumeKeys();
     }
@@ -171,6 +172,7 @@ private:
     Switch walkingKey = Switch('g');
     Switch mouseKey = Switch('m');
     Switch pictureKey = Switch('p');
+    Switch wireframeButton = Switch(KeyCode::JoystickButton3);
     Switch muteKey = Switch('n');
     Switch louderKey;
     Switch quieterKey;

@@ -23,7 +23,7 @@ struct Frame {
     float milliseconds = 0;           ///< that a frame takes, for the display
     float brightness = 1;             ///< of the effects: 0 is black
     const GameTexts* texts = nullptr; ///< null: nothing is being played
-    std::optional<std::int64_t> scriptBytesPerMinute;
+    std::optional<std::int64_t> scriptBytesPerMinute = {};
 };
 
 /// The whole picture: the scene and what comes on top of it.

@@ -38,6 +38,7 @@ struct Thing {
     Vector3<float> textureRepeat;
     Box bounds;         ///< in the world
     bool blocks = true; ///< nobody walks through it
+    float halo = 0;     ///< how far it glows, when it moves
 };
 
 struct Scene {

@@ -1,6 +1,7 @@
 #include "scene_renderer.h"
 
 #include "failure.h"
+#include "halos.h"
 
 #include <xum/render/render_target.h>
 #include <xum/render/texture.h>
@@ -215,6 +216,7 @@ void SceneRenderer::drawSolids(const Viewpoint& camera)
     drawMovingThings();
     for (std::size_t i = 0; i < lampCount; ++i)
         if (isLampOn[i]) drawLampItself(lamps[i]);
+    drawHalos(device, assets.getHaloProgram(), viewProjection, camera, movingThings, draws);
 }
 
 void SceneRenderer::drawMovingThings()

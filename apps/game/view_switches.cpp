@@ -9,15 +9,13 @@ bool Switch::isThrown(InputDevice& input)
     return isThrown;
 }
 
-ViewSwitches::ViewSwitches(InputDevice& input)
-    : input(input), wireframeKey(input.getKeyFromName("Tab")), wireframeButton(KeyCode::JoystickButton3)
-{}
+ViewSwitches::ViewSwitches(InputDevice& input) : input(input), wireframeKey(input.getKeyFromName("Tab")) {}
 
 void ViewSwitches::handle(Presentation& presentation)
 {
     SceneRenderer& renderer = presentation.getRenderer();
     Layers& layers = presentation.getLayers();
-    if (wireframeKey.isThrown(input) | wireframeButton.isThrown(input)) isWireframe = !isWireframe;
+    if (wireframeKey.isThrown(input)) isWireframe = !isWireframe;
     if (cullingKey.isThrown(input)) renderer.setCulling(!renderer.isCullingOn());
     if (occlusionKey.isThrown(input)) renderer.setOcclusionView(!renderer.isOcclusionViewOn());
     if (lampKey.isThrown(input)) renderer.setLamp(!renderer.isLampShining());

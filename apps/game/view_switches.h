@@ -22,6 +22,7 @@ public:
     /// Once a frame.
     void handle(Presentation& presentation);
 
+    void switchWireframe() { isWireframe = !isWireframe; }
     DrawStyle getStyle() const { return isWireframe ? DrawStyle::Edges : DrawStyle::Solids; }
     void setWireframe(bool isOn) { isWireframe = isOn; }
 
@@ -29,7 +30,6 @@ private:
     InputDevice& input;
     bool isWireframe = false;
     Switch wireframeKey;
-    Switch wireframeButton;
     Switch cullingKey = Switch('c');
     Switch occlusionKey = Switch('o');
     Switch lampKey = Switch('l');

@@ -47,11 +47,14 @@
 ; ---- the hunt -------------------------------------------------------------------------------------------------------
 
 ; Before night falls, all embers are to be gathered. Watchers float over their rounds with lamps: who stands in the light
-; of one for too long loses a life and is back at the start. Shadows are safe.
+; of one for too long loses a life and is back at the start. Shadows are safe, and so is everybody for a moment after
+; the start.
 
 (define time-limit 300000)  ; milliseconds
-(define patience 1200)      ; how long a watcher looks before it is sure, in milliseconds
+(define patience 1500)      ; how long a watcher looks before it is sure, in milliseconds
+(define truce 3000)         ; how long nobody is seen after the start, in milliseconds
 (define reach 1.6)          ; metres to an ember
+(define deepest 40.0)       ; metres below the start: who gets there fell out of the world
 (define most-embers 64)
 (define most-watchers 2)
 
@@ -64,6 +67,7 @@
 (define seen-time 0)
 (define shown-second -1)
 (define message-time 0)
+(define truce-time 0)
 
 ; Begins anew, from any state.
 (define begin-hunt (closure () -> :nil
@@ -79,7 +83,8 @@
       (place-watchers 0)
       (player-to-start)
       (show-score)
-      (say "Gather the embers before night falls. Stay out of the light!"))))
+      (say (if (= ember-count 0) "There are no embers in this map."
+               "Gather the embers before night falls. Stay out of the light!")))))
 
 (define place-embers (closure ((n :integer)) -> :nil
   (if (< n ember-count)
@@ -95,9 +100,11 @@
 
 ; The first place of its kind, or the middle of the world.
 (define player-to-start (closure () -> :nil
-  (if (< 0 (place-count :start))
-      (put-player (place-x :start 0) (place-y :start 0) (place-z :start 0) (place-turn :start 0))
-      (put-player 0.0 0.0 1.0 0.0))))
+  (do (set! truce-time truce)
+      (set! seen-time 0)
+      (if (< 0 (place-count :start))
+          (put-player (place-x :start 0) (place-y :start 0) (place-z :start 0) (place-turn :start 0))
+          (put-player 0.0 0.0 1.0 0.0)))))
 
 ; ---- every frame ----------------------------------------------------------------------------------------------------
 
@@ -112,6 +119,7 @@
       (gather 0)
       (move-watchers 0)
       (look-out elapsed)
+      (look-down)
       (watch-clock (/ (- time-limit play-time) 1000)))))
 
 ; Embers bob up and down, each a little later than the one before.
@@ -157,38 +165,46 @@
 (define move-watcher (closure ((n :integer) (thing :integer) (x :float) (y :float) (z :float) (angle :float)) -> :nil
   (do (move-thing thing (+ x (* 6.0 (cosine angle))) (+ y (* 6.0 (sine angle))) z)
       (aim-lamp n (+ x (* 6.0 (cosine angle))) (+ y (* 6.0 (sine angle))) (- z 0.4)
-                  (+ x (* 11.0 (cosine (+ angle 0.5)))) (+ y (* 11.0 (sine (+ angle 0.5)))) (- z 5.0)))))
+                  (+ x (* 8.0 (cosine (+ angle (if (< n 1) 0.5 -0.5)))))
+                  (+ y (* 8.0 (sine (+ angle (if (< n 1) 0.5 -0.5))))) (- z 6.0)))))
 
 (define seen? (closure ((n :integer)) -> :boolean
   (if (< n watcher-count) (if (lamp-sees-player? n) :true (seen? (+ n 1))) :false)))
 
 (define look-out (closure ((elapsed :integer)) -> :nil
-  (if (seen? 0)
-      (be-seen elapsed)
-      (do (set! seen-time (max 0 (- seen-time elapsed))) :nil))))
+  (do (set! truce-time (max 0 (- truce-time elapsed)))
+      (if (< 0 truce-time) :nil (if (seen? 0) (be-seen elapsed) (be-unseen elapsed))))))
+(define be-unseen (closure ((elapsed :integer)) -> :nil
+  (do (set! seen-time (max 0 (- seen-time elapsed))) :nil)))
 (define be-seen (closure ((elapsed :integer)) -> :nil
   (do (if (= seen-time 0) (say "You are in the light!") :nil)
       (set! seen-time (+ seen-time elapsed))
       (if (< seen-time patience) :nil (be-caught)))))
 (define be-caught (closure () -> :nil
-  (do (set! seen-time 0)
-      (play-sound "caught.wav" (player-x) (player-y) (player-z))
+  (do (play-sound "caught.wav" (player-x) (player-y) (player-z))
       (lose-life)
       (show-score)
       (if (playing?)
           (do (player-to-start) (say "Caught! Back to the start."))
           (end-hunt "Caught once too often.")))))
 
+; Maps of one's own have holes and ends.
+(define look-down (closure () -> :nil
+  (if (< (player-z) (- (if (< 0 (place-count :start)) (place-z :start 0) 0.0) deepest)) (fall-out) :nil)))
+(define fall-out (closure () -> :nil
+  (do (player-to-start) (say "There is nothing down there. Back to the start."))))
+
 (define watch-clock (closure ((second :integer)) -> :nil
   (if (= second shown-second) :nil (show-clock second))))
 (define show-clock (closure ((second :integer)) -> :nil
   (do (set! shown-second second)
       (show-text :clock (text (/ (max second 0) 60) ":" (string-pad 2 "0" (to-string (modulo (max second 0) 60)))))
-      (set-dusk (- 1.0 (* (integer->float (max second 0)) 0.0033)))
+      (set-dusk (- 1.0 (/ (integer->float (max second 0)) (integer->float (/ time-limit 1000)))))
       (if (< second 1) (end-hunt "Night has fallen.") :nil))))
 
 (define end-hunt (closure ((words :string)) -> :nil
-  (do (show-text :message "")
+  (do (show-score)
+      (show-text :message "")
       (show-text :end (text words "  Score " score ", best " best-score "."))
       (if (playing?) (enter-state :over) :nil))))
 
@@ -209,7 +225,7 @@
 ; What loading would forget, as a list, and back.
 (define game-snapshot (closure () -> (:list :any)
   (list game-state score best-score lives play-time ember-count embers-left embers watchers watcher-count hunt-seconds
-        seen-time shown-second message-time)))
+        seen-time shown-second message-time truce-time)))
 (define restore-game (closure ((kept (:list :any))) -> :nil
   (do (set! game-state (nth 0 kept))
       (set! score (nth 1 kept))
@@ -225,4 +241,5 @@
       (set! seen-time (nth 11 kept))
       (set! shown-second (nth 12 kept))
       (set! message-time (nth 13 kept))
+      (set! truce-time (nth 14 kept))
       :nil)))
