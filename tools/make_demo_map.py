@@ -238,7 +238,7 @@ def add_bridge(level):
 # Where the game takes place, in the world: what is to be gathered, who watches, and where the player begins. What lies
 # in the meadow is lifted to its height.
 ITEMS = (
-    (6.2, -4.5, 0.3), (-6, 6, 0.3), (0, 11.2, 0.75), (11.5, -11, 0.3), (-11.5, 11.5, 0.3),  # the courtyard
+    (7, -5.3, 0.3), (-6, 6, 0.3), (0, 11.2, 0.75), (11.5, -11, 0.3), (-11.5, 11.5, 0.3),  # the courtyard
     (6.9, 25, FLOOR), (-6.9, 25, FLOOR), (6.9, 26.5, UPPER_FLOOR), (-6.9, 26, PLATFORM),  # the gatehouse
     (0, -34, 0), (19, -6, 0), (-19, -12, 0),  # the meadow
 )

@@ -2,6 +2,7 @@
 
 #include "environment.h"
 #include "failure.h"
+#include "inert_stage.h"
 
 #include <xum/engine/log.h>
 #include <xum/lisp/script_host.h>
@@ -9,6 +10,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -115,22 +117,23 @@ const Function functions[] = {
 
 } // namespace
 
-GameScript::GameScript(Engine& engine, GameData& data, Stage& stage) : stage(stage), scripts(nullptr, {&engine})
+GameScript::GameScript(Engine& engine, GameData& data, Stage& stage)
+    : engine(engine), stage(stage), scripts(nullptr, {&engine})
 {
     for (const char* script : scriptNames) data.provideFile(data.getFileName(scriptDirectory, script));
     setEnvironmentVariable("XUM_DATA_ROOT", data.getLocalRoot().c_str()); // there the engine looks for its scripts
     scripts.reset(engine.createScriptingDevice());
     if (!scripts) throw Failure(ExitStatus::BrokenData, "not enough memory for scripts");
     setScriptPrint(scripts.get(), keepLine, this);
-    registerFunctions();
+    registerFunctions(scripts.get(), stage);
     if (!run("(playing?)")) // they were not read, then
         throw Failure(ExitStatus::BrokenData, "the script lisp/game.lisp is wrong: " + problem);
 }
 
-void GameScript::registerFunctions()
+void GameScript::registerFunctions(ScriptingDevice* device, Stage& actingStage)
 {
     for (const Function& function : functions)
-        registerScriptFunction(scripts.get(), function.name, "", function.signature, function.function, &stage);
+        registerScriptFunction(device, function.name, "", function.signature, function.function, &actingStage);
     const auto milliseconds = [](ScriptCall& call, void* frame) {
         call.returnInteger(*static_cast<const std::uint32_t*>(frame));
     };
@@ -138,9 +141,9 @@ void GameScript::registerFunctions()
         call.returnFloat(*static_cast<const std::uint32_t*>(frame) / 1000.0);
     };
     const auto wish = [](ScriptCall&, void* flag) { *static_cast<bool*>(flag) = true; };
-    registerScriptFunction(scripts.get(), "reload-scripts", "", "(:nil)", wish, &wantsReload);
-    registerScriptFunction(scripts.get(), "frame-milliseconds", "", "(:integer)", milliseconds, &frameMilliseconds);
-    registerScriptFunction(scripts.get(), "frame-seconds", "", "(:float)", seconds, &frameMilliseconds);
+    registerScriptFunction(device, "reload-rules", "", "(:nil)", wish, &wantsReload);
+    registerScriptFunction(device, "frame-milliseconds", "", "(:integer)", milliseconds, &frameMilliseconds);
+    registerScriptFunction(device, "frame-seconds", "", "(:float)", seconds, &frameMilliseconds);
 }
 
 bool GameScript::tick(std::uint32_t milliseconds)
@@ -157,11 +160,31 @@ bool GameScript::isPlaying()
 
 bool GameScript::reload()
 {
+    if (!tryRules()) return false;
     firstError.clear();
     scripts->evaluateScript("(define kept (game-snapshot))");
     if (!scripts->loadScript("game") && firstError.empty()) firstError = "it cannot be read";
     scripts->evaluateScript("(restore-game kept)");
     problem = firstError;
+    return problem.empty();
+}
+
+/// On a device of their own: half of new rules with half of the old ones would be neither.
+bool GameScript::tryRules()
+{
+    InertStage inert;
+    const char* const boxes = std::getenv("XUM_MESSAGE_BOXES");
+    const std::string setting = boxes != nullptr ? boxes : "1";
+    setEnvironmentVariable("XUM_MESSAGE_BOXES", "0"); // the engine would stop the game to say that it read nothing
+    const OwnedScripts trial(engine.createScriptingDevice(), {&engine});
+    setEnvironmentVariable("XUM_MESSAGE_BOXES", setting.c_str());
+    if (!trial) return true;
+    setScriptPrint(trial.get(), keepLine, this);
+    registerFunctions(trial.get(), inert);
+    firstError.clear();
+    if (!trial->loadScript("game") && firstError.empty()) firstError = "it cannot be read";
+    problem = firstError;
+    wantsReload = false; // whatever they wished for
     return problem.empty();
 }
 

@@ -26,12 +26,11 @@ public:
 
     bool isPlaying();
 
-    /// Whether the rules have called (reload-scripts) since the last call. They cannot be replaced while they run, so
+    /// Whether the rules have called (reload-rules) since the last call. They cannot be replaced while they run, so
     /// it is for the caller to do it.
     bool takeReloadWish() { return std::exchange(wantsReload, false); }
 
-    /// Loads the rules anew; the state of the game stays. False when they are wrong: then what was read before the
-    /// error is in force.
+    /// Loads the rules anew; the state of the game stays. False when they are wrong: then the old ones stay.
     bool reload();
 
     /// The first error of the last begin, tick or reload, in the script's words; empty without any.
@@ -44,9 +43,11 @@ private:
     using OwnedScripts = Owned<Engine, ScriptingDevice, &Engine::destroyScriptingDevice>;
 
     static void keepLine(const char* line, void* script);
-    void registerFunctions();
+    void registerFunctions(ScriptingDevice* device, Stage& actingStage);
+    bool tryRules();
     bool run(const char* text);
 
+    Engine& engine;
     Stage& stage;
     std::uint32_t frameMilliseconds = 0;
     bool wantsReload = false;

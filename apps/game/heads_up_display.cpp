@@ -20,6 +20,8 @@ constexpr int columns = 16;
 constexpr int firstCharacter = 32;
 
 constexpr int placeNameSize = 26; // points
+constexpr int placeNameHeight = 34; // pixels
+constexpr int helpHeight = 20;
 constexpr int keyHelpSize = 11;
 constexpr int titleSize = 54;
 constexpr int helpSize = 15;
@@ -98,9 +100,12 @@ void HeadsUpDisplay::drawGame(const Vector2<int>& screenSize, const GameTexts& t
     device.disable(RenderFeature::DepthTest);
     device.setBlendMode(BlendMode::Alpha);
     titles.draw(find(texts, "title"), screenSize, screenSize.y * 3 / 5, placeColor, draws);
+    // In low windows lines stand as near to each other as they can.
+    const int hintBottom = std::min(screenSize.y * 2 / 5, screenSize.y / 2 - placeNameHeight);
     placeNames.draw(find(texts, "end"), screenSize, screenSize.y / 2, placeColor, draws);
-    placeNames.draw(find(texts, "hint"), screenSize, screenSize.y * 2 / 5, keyColor, draws);
-    helpLines.draw(find(texts, "help"), screenSize, screenSize.y * 3 / 10, keyColor, draws);
+    placeNames.draw(find(texts, "hint"), screenSize, hintBottom, keyColor, draws);
+    helpLines.draw(find(texts, "help"), screenSize, std::min(screenSize.y * 3 / 10, hintBottom - helpHeight), keyColor,
+                   draws);
     placeNames.draw(find(texts, "message"), screenSize, screenSize.y / 4, placeColor, draws);
     helpLines.draw(find(texts, "notice"), screenSize, screenSize.y / 6, keyColor, draws);
     drawScore(screenSize, texts, draws);
