@@ -40,7 +40,7 @@ public:
 };
 
 /// Leaves of a draw only what the library itself does. Every buffer that it makes is the same one.
-class NullRenderDevice final : public RenderDevice {
+class NullRenderDevice : public RenderDevice {
 public:
     void makeCurrent(Window*) override {}
     RenderTarget* createRenderTarget(int, int, const std::list<TextureFormat>&) override { return nullptr; }

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Builds the benchmarks, runs them and prints each case as the engine's time beside the plain calls' of the same run.
+Cases of the game have no plain side.
 
 usage: benchmarks/run.py [--repetitions N] [PROGRAM ...]
 
@@ -15,8 +16,8 @@ import sys
 import tempfile
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-PROGRAMS = ["drawing_benchmark", "engine_benchmark", "file_benchmark", "geometry_benchmark", "image_benchmark",
-            "render_benchmark"]
+PROGRAMS = ["drawing_benchmark", "engine_benchmark", "file_benchmark", "game_benchmark", "geometry_benchmark",
+            "image_benchmark", "render_benchmark"]
 SECONDS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
 
@@ -72,10 +73,13 @@ def main():
     for program in arguments.programs or PROGRAMS:
         times = run(program, arguments.repetitions)
         for name, ours in times.items():
+            if "/plain" in name:
+                continue
+            engine = statistics.median(ours)
             if "/engine" not in name:
+                print(f"| {name} | {show(engine)} | | |", flush=True)
                 continue
             plain = statistics.median(times[name.replace("/engine", "/plain")])
-            engine = statistics.median(ours)
             case = name.replace("/engine", "")
             print(f"| {case} | {show(engine)} | {show(plain)} | {engine / plain:.3f} |", flush=True)
 

@@ -235,6 +235,28 @@ def add_bridge(level):
     level.box(PAVING, (-2.0, 2.0), (-10.7, 7.0), (-0.2, 0.04))  # the path
 
 
+# Where the game takes place, in the world: what is to be gathered, who watches, and where the player begins. What lies
+# in the meadow is lifted to its height.
+ITEMS = (
+    (7, -5.3, 0.3), (-6, 6, 0.3), (0, 11.2, 0.75), (11.5, -11, 0.3), (-11.5, 11.5, 0.3),  # the courtyard
+    (6.9, 25, FLOOR), (-6.9, 25, FLOOR), (6.9, 26.5, UPPER_FLOOR), (-6.9, 26, PLATFORM),  # the gatehouse
+    (0, -34, 0), (19, -6, 0), (-19, -12, 0),  # the meadow
+)
+GUARDS = ((0, 0, 6.6), (0, -24, 6.5))
+START = (0, -42, 0)
+
+
+def add_game(level):
+    def place(class_, position):
+        level.entity(class_=class_, position=quote(*(a - b for a, b in zip(position, ORIGIN))))
+
+    place("start", START)
+    for position in ITEMS:
+        place("item", position)
+    for position in GUARDS:
+        place("guard", position)
+
+
 def make_gatehouse():
     level = Map()
     for sign in (1, -1):
@@ -246,6 +268,7 @@ def make_gatehouse():
     add_bridge(level)
     for x in (-2.8, 2.8):
         level.entity(class_="urn", position=quote(x, -1.475, UPPER_FLOOR + 1.05))
+    add_game(level)
     return level
 
 

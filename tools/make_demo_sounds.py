@@ -225,6 +225,45 @@ def finch():
 # --- Files -----------------------------------------------------------------------------------------------------------
 
 
+def ember():
+    """Three bells, one above the other: something was found."""
+    count = int(1.1 * SAMPLE_RATE)
+    sound = [0.0] * count
+    for start, note in ((0.0, "A4"), (0.09, "D5"), (0.18, "A5")):
+        pitch = frequency(note)
+        for i in range(count - int(start * SAMPLE_RATE)):
+            t = i / SAMPLE_RATE
+            overtones = math.sin(2 * math.pi * pitch * t) + 0.4 * math.sin(2 * math.pi * 2.76 * pitch * t)
+            sound[int(start * SAMPLE_RATE) + i] += overtones * math.exp(-5 * t)
+    fade(sound, 40, int(0.2 * SAMPLE_RATE))
+    return sound
+
+
+def hum():
+    """What lies near sounds like a glass that is rubbed. It ends as softly as the fountain."""
+    count = int(2.0 * SAMPLE_RATE)
+    pitch = frequency("D4")
+    sound = []
+    for i in range(count):
+        t = i / SAMPLE_RATE
+        tremble = 1 + 0.25 * math.sin(2 * math.pi * 4 * t)
+        sound.append(tremble * sum(math.sin(2 * math.pi * pitch * k * t) / k**2 for k in (1, 2, 3)))
+    fade(sound, int(0.5 * SAMPLE_RATE), int(0.5 * SAMPLE_RATE))
+    return sound
+
+
+def caught():
+    """A deep horn that falls: somebody was seen."""
+    count = int(0.9 * SAMPLE_RATE)
+    sound, phase = [0.0] * count, 0.0
+    for i in range(count):
+        t = i / SAMPLE_RATE
+        phase += (150 - 60 * t) / SAMPLE_RATE
+        sound[i] = sum(math.sin(2 * math.pi * phase * k) / k for k in range(1, 7)) * math.exp(-1.5 * t)
+    fade(sound, 300, int(0.3 * SAMPLE_RATE))
+    return sound
+
+
 def write_wave(path, rate, channels, peak):
     """16 bits, as loud as the peak says (1 is the loudest)."""
     factor = peak * 32767 / max(abs(value) for channel in channels for value in channel)
@@ -249,7 +288,8 @@ def write_stream(path, rate, channels, peak):
 def write_all(root):
     for directory in ("samples", "streams"):
         (root / directory).mkdir(parents=True, exist_ok=True)
-    for sound, peak in ((fountain, 0.8), (flame, 0.8), (blackbird, 0.7), (finch, 0.7)):
+    peaks = {fountain: 0.8, flame: 0.8, blackbird: 0.7, finch: 0.7, ember: 0.7, caught: 0.8, hum: 0.5}
+    for sound, peak in peaks.items():
         write_wave(root / "samples" / f"{sound.__name__}.wav", SAMPLE_RATE, [sound()], peak)
     write_stream(root / "streams" / "courtyard.ogg", MUSIC_RATE, courtyard_music(), 0.7)
 

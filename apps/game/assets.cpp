@@ -74,7 +74,7 @@ Assets::Assets(RenderDevice& device, GameData& data)
     : solidProgram(loadProgram(device, data, "solid.cfg")), skyProgram(loadProgram(device, data, "sky.cfg")),
       flatProgram(loadProgram(device, data, "flat.cfg")), pictureProgram(loadProgram(device, data, "picture.cfg")),
       filmProgram(loadProgram(device, data, "film.cfg")), textProgram(loadProgram(device, data, "text.cfg")),
-      captionProgram(loadProgram(device, data, "caption.cfg"))
+      captionProgram(loadProgram(device, data, "caption.cfg")), haloProgram(loadProgram(device, data, "halo.cfg"))
 {
     for (std::size_t i = 0; i < textureCount; ++i) textures[i] = loadTexture(device, data, textureFileNames[i]);
 }

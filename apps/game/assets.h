@@ -19,6 +19,7 @@ public:
     Program* getFlatProgram() const { return flatProgram; }
     Program* getPictureProgram() const { return pictureProgram; }
     Program* getFilmProgram() const { return filmProgram; }
+    Program* getHaloProgram() const { return haloProgram; }
     Program* getTextProgram() const { return textProgram; }
     Program* getCaptionProgram() const { return captionProgram; }
     Texture* getTexture(TextureName name) const { return textures[static_cast<std::size_t>(name)]; }
@@ -31,5 +32,6 @@ private:
     Program* filmProgram;
     Program* textProgram;
     Program* captionProgram;
+    Program* haloProgram;
     std::array<Texture*, textureCount> textures = {};
 };

@@ -3,9 +3,12 @@
 #include <xum/render/quad.h>
 #include <xum/render/texture.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int textUnit = 0;
+constexpr int margin = 4;            // pixels, to the left and right of the widest
 constexpr float shadowOffset = 1.0f; // pixels
 constexpr float shadowStrength = 0.7f;
 
@@ -30,9 +33,11 @@ int Captions::draw(const std::string& text, const Vector2<int>& screenSize, int 
     Texture* texture = getTexture(text);
     if (texture == nullptr) return 0;
     // Whole pixels, so that each shows one of the texture.
-    const int left = (screenSize.x - texture->getWidth()) / 2;
+    const int width = std::min(texture->getWidth(), std::max(screenSize.x - 2 * margin, 1));
+    const int height = std::max(texture->getHeight() * width / texture->getWidth(), 1);
+    const int left = (screenSize.x - width) / 2;
     const Vector2<float> corner = {static_cast<float>(left), static_cast<float>(bottom)};
-    const Vector2<float> size = {static_cast<float>(texture->getWidth()), static_cast<float>(texture->getHeight())};
+    const Vector2<float> size = {static_cast<float>(width), static_cast<float>(height)};
     device.useProgram(program);
     device.bindTexture(textUnit, texture);
     device.setUniform("surface", textUnit)
@@ -40,7 +45,7 @@ int Captions::draw(const std::string& text, const Vector2<int>& screenSize, int 
     drawAt({corner.x + shadowOffset, corner.y - shadowOffset}, size, {0, 0, 0, shadowStrength});
     drawAt(corner, size, {color.x, color.y, color.z, 1});
     draws.add(2);
-    return texture->getHeight();
+    return height;
 }
 
 void Captions::drawAt(const Vector2<float>& corner, const Vector2<float>& size, const Vector4<float>& color)

@@ -24,8 +24,9 @@ public:
 
     bool hasFont() const { return font != nullptr; }
 
-    /// Centred, its lower edge so many pixels above that of the screen, with a shadow. Returns its height. Nothing is
-    /// drawn of an empty text. The caller has switched the depth test off and blending on.
+    /// Centred, its lower edge so many pixels above that of the screen, with a shadow; as small as it must be to fit
+    /// the screen's width. Returns its height. Nothing is drawn of an empty text. The caller has switched the depth
+    /// test off and blending on.
     int draw(const std::string& text, const Vector2<int>& screenSize, int bottom, const Vector3<float>& color,
              DrawCounter& draws);
 

@@ -2,11 +2,14 @@
 
 #include "captions.h"
 #include "game_data.h"
+#include "game_texts.h"
 #include "readings.h"
 
 #include <xum/render/image_font.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 class Assets;
 
@@ -19,17 +22,32 @@ public:
     /// On the bound target of that size.
     void draw(const Vector2<int>& screenSize, const Readings& readings, const std::string& place, DrawCounter& draws);
 
+    /// The same in a game: with its keys, and below its score.
+    void drawOverGame(const Vector2<int>& screenSize, const Readings& readings, const std::string& place,
+                      const GameTexts& texts, DrawCounter& draws);
+
+    /// What a game says: the clock and the score in the upper right corner, all else in the middle.
+    void drawGame(const Vector2<int>& screenSize, const GameTexts& texts, DrawCounter& draws);
+
 private:
     struct DestroyImageFont {
         RenderDevice* device;
         void operator()(ImageFont* font) const { destroyImageFont(device, font); }
     };
 
-    void drawReadings(const Vector2<int>& screenSize, const Readings& readings, DrawCounter& draws);
+    void drawLayer(const Vector2<int>& screenSize, const Readings& readings, const std::string& place,
+                   const std::string& keys, int top, DrawCounter& draws);
+    void drawReadings(const Vector2<int>& screenSize, const Readings& readings, int top, DrawCounter& draws);
+    std::vector<std::string> listScore(const GameTexts& texts, int width) const;
+    std::vector<std::string> breakLine(std::string text, int width) const;
+    void beginText(const Vector2<int>& screenSize);
+    void drawScore(const Vector2<int>& screenSize, const GameTexts& texts, DrawCounter& draws);
 
     RenderDevice& device;
     Program* textProgram;
     std::unique_ptr<ImageFont, DestroyImageFont> font;
     Captions placeNames;
     Captions keyHelp;
+    Captions titles;
+    Captions helpLines;
 };

@@ -1,37 +1,22 @@
 #include "level.h"
 
 #include "failure.h"
+#include "text_as_file.h"
 
-#include <xum/engine/log.h>
+#include <xum/files/config_check.h>
 #include <xum/files/config_file.h>
-#include <xum/files/resource_manager.h>
 #include <xum/geometry/bsp.h>
 #include <xum/geometry/bsp_mesh.h>
 #include <xum/geometry/bsp_node.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
+#include <system_error>
 
 namespace {
 
 const char* const mapDirectory = "maps/";
-
-/// A text in memory as the only file that there is: configuration files come from files.
-class TextAsFile final : public ResourceManager {
-public:
-    explicit TextAsFile(const std::string& text) : text(text) {}
-
-    ResourceFileImplementation* addResourceFile(const std::string&) override { return nullptr; }
-
-    bool load(std::vector<unsigned char>& data, const std::string&) override
-    {
-        data.assign(text.begin(), text.end());
-        return true;
-    }
-
-private:
-    const std::string& text;
-};
 
 [[noreturn]] void fail(const std::string& fileName, const std::string& problem)
 {
@@ -71,15 +56,18 @@ Polygon moved(Polygon polygon, const Vector3<float>& by)
 
 Level::Level(std::unique_ptr<CompiledMap> compiledMap, const std::string& fileName) : map(std::move(compiledMap))
 {
-    if (map->getSecond().empty()) fail(fileName, "has no text"); // as configuration it would have no root
-    // A broken one stops the program with a message that does not name it.
-    getLog() << "Reading the text of the map " << fileName << std::endl;
+    std::string problem;
+    if (!checkConfigText(map->getSecond(), problem)) fail(fileName, "has a text that is broken: " + problem);
     TextAsFile text(map->getSecond());
     const ConfigFile description(&text, fileName);
     std::vector<TextureName> textures;
     const BSPMesh* mesh = map->getBSPMeshes().getFirst();
     for (const ConfigSection* section : description.getRootSection()->getAllSections()) {
         if (section->getName() == "entity") entities.push_back(readEntity(*section));
+        if (section->getName() == "terrain") {
+            land = readLand(*section);
+            if (!land) fail(fileName, "has a terrain that makes no sense");
+        }
         if (section->getName() == "textures") textures = readTextures(*section, fileName);
         if (section->getName() != "mesh") continue;
         const ConfigEntry* const numbers = section->getEntry("polygons", false);
@@ -129,20 +117,41 @@ std::optional<Level::Position> Level::locate(const Vector3<float>& point) const
     return std::nullopt;
 }
 
+std::vector<Place> Level::findPlaces(const std::string& className) const
+{
+    std::vector<Place> places;
+    const BSPMesh* const mesh = map->getBSPMeshes().getFirst();
+    const Vector3<float> origin = mesh != nullptr ? mesh->getOrigin() : Vector3<float>();
+    for (const Entity& entity : entities) {
+        const auto name = entity.find("class");
+        const auto position = entity.find("position");
+        if (name == entity.end() || name->second != className || position == entity.end()) continue;
+        std::istringstream numbers(position->second);
+        Place place;
+        if (!(numbers >> place.position.x >> place.position.y >> place.position.z)) continue;
+        place.position += origin;
+        const auto turn = entity.find("turn");
+        if (turn != entity.end() && !(std::istringstream(turn->second) >> place.turn)) place.turn = 0;
+        places.push_back(place);
+    }
+    return places;
+}
+
 std::vector<Vector3<float>> Level::findPositions(const std::string& className) const
 {
     std::vector<Vector3<float>> positions;
-    const BSPMesh* const mesh = map->getBSPMeshes().getFirst();
-    for (const Entity& entity : entities) {
-        const auto name = entity.find("class");
-        const auto place = entity.find("position");
-        if (name == entity.end() || name->second != className || place == entity.end()) continue;
-        std::istringstream numbers(place->second);
-        Vector3<float> position;
-        if (!(numbers >> position.x >> position.y >> position.z)) continue;
-        positions.push_back(mesh != nullptr ? position + mesh->getOrigin() : position);
-    }
+    for (const Place& place : findPlaces(className)) positions.push_back(place.position);
     return positions;
+}
+
+std::unique_ptr<Level> loadLevelFile(const std::string& fileName)
+{
+    std::error_code failure;
+    if (!std::filesystem::is_regular_file(fileName, failure))
+        throw Failure(ExitStatus::BrokenData, "cannot read the map " + fileName);
+    std::unique_ptr<CompiledMap> map(CompiledMap::readFromFile(fileName));
+    if (!map) fail(fileName, "is no compiled map");
+    return std::make_unique<Level>(std::move(map), fileName);
 }
 
 std::unique_ptr<Level> loadLevel(GameData& data, const std::string& name)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "game_data.h"
+#include "level_land.h"
 #include "scene.h"
 
 #include <xum/geometry/box.h>
@@ -13,6 +14,12 @@
 #include <string>
 #include <unordered_map>
 #include <vector>
+
+/// Where something of the map stands.
+struct Place {
+    Vector3<float> position;
+    float turn = 0; ///< degrees, positive to the left
+};
 
 /// A compiled map in the world: what its second text says about the polygons and the things for the game.
 class Level {
@@ -50,6 +57,12 @@ public:
     /// Where the entities of a class stand, in world coordinates: those of a map count from its first mesh's origin.
     std::vector<Vector3<float>> findPositions(const std::string& className) const;
 
+    /// The same with the entry "turn".
+    std::vector<Place> findPlaces(const std::string& className) const;
+
+    /// None without any.
+    const std::optional<LevelLand>& getLand() const { return land; }
+
 private:
     /// One tree of the map.
     struct Region {
@@ -66,7 +79,11 @@ private:
     std::vector<Region> regions;
     std::size_t leafCount = 0;
     std::vector<Entity> entities;
+    std::optional<LevelLand> land;
 };
 
 /// Throws Failure, naming the file, when it is missing or no map.
 std::unique_ptr<Level> loadLevel(GameData& data, const std::string& name);
+
+/// The same from any file on the disk.
+std::unique_ptr<Level> loadLevelFile(const std::string& fileName);

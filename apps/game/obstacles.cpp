@@ -17,6 +17,9 @@ constexpr float gap = 0.002f; // to what is touched
 constexpr unsigned char solidKind = 0;
 constexpr float noGround = -1e6f;
 
+constexpr float courtyardReach = 116.0f; // before its land ends
+constexpr float farthest = 1e5f;
+
 /// How far a box reaches along a direction.
 float reachAlong(const Vector3<float>& direction, const Vector3<float>& halfSize)
 {
@@ -120,7 +123,8 @@ std::vector<std::pair<Vector3<float>, Vector3<float>>> listSides(std::size_t sha
 
 } // namespace
 
-Obstacles::Obstacles(const Scene& scene) : level(scene.level), land(scene.land)
+Obstacles::Obstacles(const Scene& scene)
+    : reach(scene.hasCourtyard ? courtyardReach : farthest), level(scene.level), land(scene.land)
 {
     for (const Thing& thing : scene.things)
         if (thing.blocks) things.push_back(makeConvex(thing));
@@ -183,15 +187,18 @@ float Obstacles::getGroundHeight(float x, float y) const
 {
     if (!land || land->getWidth() < 1 || land->getHeight() < 1) return noGround;
     const auto spacing = static_cast<float>(land->getSpacing());
-    const auto locate = [&](float coordinate, int halfCount, int& cell) {
-        const float position = coordinate / spacing + static_cast<float>(halfCount);
+    const Vector3<float>& corner = land->getPositions().front();
+    const Vector3<float>& opposite = land->getPositions().back();
+    if (x < corner.x || y < corner.y || x > opposite.x || y > opposite.y) return noGround;
+    const auto locate = [&](float coordinate, float first, int halfCount, int& cell) {
+        const float position = (coordinate - first) / spacing;
         cell = static_cast<int>(std::clamp(std::floor(position), 0.0f, static_cast<float>(2 * halfCount - 1)));
         return std::clamp(position - static_cast<float>(cell), 0.0f, 1.0f);
     };
     int column = 0;
     int row = 0;
-    const float u = locate(x, land->getWidth(), column);
-    const float v = locate(y, land->getHeight(), row);
+    const float u = locate(x, corner.x, land->getWidth(), column);
+    const float v = locate(y, corner.y, land->getHeight(), row);
     const auto heightAt = [&](int right, int up) {
         const int number = (row + up) * (2 * land->getWidth() + 1) + column + right;
         return land->getPositions()[static_cast<std::size_t>(number)].z;

@@ -29,10 +29,13 @@ public:
     /// of something already can only leave it.
     Contact move(const Vector3<float>& centre, const Vector3<float>& halfSize, const Vector3<float>& way) const;
 
+    /// How far along x and y one gets from the middle of the world.
+    float getReach() const { return reach; }
+
     /// Whether a point lies in something, the land excepted.
     bool isSolid(const Vector3<float>& point) const;
 
-    /// The height of the land; far below everything where there is none.
+    /// The height of the land; far below everything where there is none, and beyond its rim.
     float getGroundHeight(float x, float y) const;
 
 private:
@@ -44,6 +47,7 @@ private:
     static Convex makeConvex(const Thing& thing);
 
     std::vector<Convex> things;
+    float reach;
     std::shared_ptr<const Level> level;
     std::shared_ptr<const Terrain> land;
 };

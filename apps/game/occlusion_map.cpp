@@ -10,6 +10,13 @@ namespace {
 constexpr double pixelSlack = 0.02;  // the graphics hardware rounds positions on the screen
 constexpr double depthSlack = 1.001; // and depths
 
+/// The largest float that is no larger.
+float roundDown(double value)
+{
+    const auto rounded = static_cast<float>(value);
+    return static_cast<double>(rounded) > value ? std::nextafter(rounded, -1.0f) : rounded;
+}
+
 } // namespace
 
 void OcclusionMap::begin(const Viewpoint& viewpoint, const Vector2<float>& viewExtents, float newNearDistance)
@@ -36,13 +43,21 @@ OcclusionMap::Projected OcclusionMap::project(const Vector3<float>& point) const
 void OcclusionMap::addOccluder(const Polygon& polygon)
 {
     const float start = dot(forward, eye) + nearDistance;
-    std::vector<Projected> corners;
-    for (const Vertex& vertex : Clipper({Plane<float>(forward, start)}).clipPolygon(&polygon))
-        corners.push_back(project(vertex.position));
-    if (corners.size() >= 3) fill(corners);
+    const Plane<float> nearSide(forward, start);
+    const auto isAhead = [&](const Vertex& vertex) {
+        return nearSide.signedDistance(vertex.position) >= Clipper::margin;
+    };
+    const std::vector<Vertex>& vertices = polygon.vertices;
+    corners.clear();
+    if (std::all_of(vertices.begin(), vertices.end(), isAhead)) // most are, and the clipper would only copy them
+        for (const Vertex& vertex : vertices) corners.push_back(project(vertex.position));
+    else
+        for (const Vertex& vertex : Clipper({nearSide}).clipPolygon(&polygon))
+            corners.push_back(project(vertex.position));
+    if (corners.size() >= 3) fill();
 }
 
-void OcclusionMap::fill(const std::vector<Projected>& corners)
+void OcclusionMap::fill()
 {
     // On the screen 1 / distance is a plane: depth = c.depth + slopeX * (x - c.x) + slopeY * (y - c.y).
     double area = 0;
@@ -70,28 +85,39 @@ void OcclusionMap::fill(const std::vector<Projected>& corners)
     const int y1 = static_cast<int>(std::clamp(highest->y, 0.0, static_cast<double>(height)));
 
     const double reach = 0.5 + pixelSlack; // from the middle of a pixel to its sides
-    const auto isFilled = [&](double x, double y) {
-        for (std::size_t i = 0; i < corners.size(); ++i) {
-            const Projected& from = corners[i];
-            const Projected& to = corners[(i + 1) % corners.size()];
-            const double across = to.x - from.x;
-            const double along = to.y - from.y;
-            const double inside = across * (y - from.y) - along * (x - from.x);
-            if (inside < reach * (std::fabs(across) + std::fabs(along))) return false;
-        }
-        return true;
-    };
+    sides.clear();
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const Projected& from = corners[i];
+        const Projected& to = corners[(i + 1) % corners.size()];
+        const double across = to.x - from.x;
+        const double along = to.y - from.y;
+        sides.push_back({from.x, from.y, across, along, reach * (std::fabs(across) + std::fabs(along))});
+    }
     const double farther = reach * (std::fabs(slopeX) + std::fabs(slopeY));
     for (int y = y0; y < y1; ++y) {
-        for (int x = x0; x < x1; ++x) {
-            const double middleX = x + 0.5;
-            const double middleY = y + 0.5;
-            if (!isFilled(middleX, middleY)) continue;
-            const auto depth =
-                static_cast<float>(c.depth + slopeX * (middleX - c.x) + slopeY * (middleY - c.y) - farther);
+        const double middleY = y + 0.5;
+        const auto [first, end] = findFilled(middleY, x0, x1);
+        const double higher = slopeY * (middleY - c.y);
+        for (int x = first; x < end; ++x) {
+            const auto depth = static_cast<float>(c.depth + slopeX * (x + 0.5 - c.x) + higher - farther);
             if (buffer.test(x, y, depth)) depths[indexOf(x, y)] = depth;
         }
     }
+}
+
+/// The part of a row of pixels, from x0 to before x1, that lies inside of all sides. A side takes away what is left of
+/// some pixel or what is right of one, so that only the ends have to be looked at.
+std::pair<int, int> OcclusionMap::findFilled(double middleY, int x0, int x1) const
+{
+    for (const Side& side : sides) {
+        const double above = side.across * (middleY - side.y);
+        const auto isInside = [&](int x) { return !(above - side.along * (x + 0.5 - side.x) < side.reach); };
+        if (side.along > 0)
+            while (x0 < x1 && !isInside(x1 - 1)) --x1;
+        else
+            while (x0 < x1 && !isInside(x0)) ++x0;
+    }
+    return {x0, x1};
 }
 
 bool OcclusionMap::isHidden(const Box& box) const
@@ -112,9 +138,14 @@ bool OcclusionMap::isHidden(const Box& box) const
         return static_cast<int>(std::min(position + pixelSlack, size - 1.0));
     };
     if (low.x >= width || low.y >= height || high.x <= 0 || high.y <= 0) return false; // not in the picture
-    for (int y = firstPixel(low.y); y <= lastPixel(high.y, height); ++y)
-        for (int x = firstPixel(low.x); x <= lastPixel(high.x, width); ++x)
-            if (static_cast<double>(getDepth(x, y)) <= high.depth * depthSlack) return false;
+    const float limit = roundDown(high.depth * depthSlack);
+    const int x0 = firstPixel(low.x);
+    const int x1 = lastPixel(high.x, width);
+    for (int y = firstPixel(low.y); y <= lastPixel(high.y, height); ++y) {
+        bool isOpen = false; // of a whole row, without a branch for each pixel
+        for (int x = x0; x <= x1; ++x) isOpen |= depths[indexOf(x, y)] <= limit;
+        if (isOpen) return false;
+    }
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <xum/geometry/depth_buffer.h>
 #include <xum/geometry/polygon.h>
 
+#include <utility>
 #include <vector>
 
 /// A coarse picture of how far away large solids are, by which what they hide is found. It errs on the safe side: a
@@ -42,14 +43,26 @@ private:
         double depth;
     };
 
+    /// From a corner of an occluder to the next, in pixels. Those on its left by its reach are filled.
+    struct Side {
+        double x;
+        double y;
+        double across;
+        double along;
+        double reach;
+    };
+
     /// To pixels; only for what lies in front of the viewpoint.
     Projected project(const Vector3<float>& point) const;
     float distanceAhead(const Vector3<float>& point) const { return dot(forward, point - eye); }
-    void fill(const std::vector<Projected>& corners);
+    void fill();
+    std::pair<int, int> findFilled(double middleY, int x0, int x1) const;
 
     Vector3<float> eye, right, up, forward;
     Vector2<float> extents = {1, 1};
     float nearDistance = 0;
     Software::DepthBuffer buffer = Software::DepthBuffer(width, height, 16, 16);
+    std::vector<Projected> corners; ///< of the occluder that is added just now, as its sides
+    std::vector<Side> sides;
     std::vector<float> depths = std::vector<float>(width * height); ///< what the buffer holds: it only compares
 };

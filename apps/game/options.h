@@ -25,6 +25,16 @@ struct Options {
     Volume volume;
     std::optional<Viewpoint> view; ///< where the player starts, and all that an unattended run sees
 
+    bool explores = false;    ///< no game: fly and walk through the world
+    bool isSizeGiven = false; ///< on the command line, where it wins over the settings
+    bool isVolumeGiven = false;
+    std::string mapFile;      ///< of somebody's own; empty: the game's world
+    std::string settingsFile; ///< empty: the user's own
+    std::string sessionFile;  ///< to be played; empty: none
+    std::string recordFile;   ///< where to write a session; empty: nowhere
+    bool isFast = false;      ///< a session is not drawn before its end
+
+    bool playsSession() const { return !sessionFile.empty(); }
     bool isUnattended() const { return frames > 0; }
 };
 

@@ -5,6 +5,7 @@
 #include "frame_times.h"
 #include "picture.h"
 #include "title.h"
+#include "view_switches.h"
 #include "walker.h"
 
 #include <xum/devices/input_device.h>
@@ -30,35 +31,18 @@ void applyOptions(Presentation& presentation, const Options& options)
     presentation.getLayers() = options.layers;
 }
 
-/// A key that does something once each time it goes down, however long it is held: the keyboard repeats it.
-class Switch {
-public:
-    explicit Switch(int key) : key(key) {}
-
-    bool isThrown(InputDevice& input)
-    {
-        const bool isThrown = input.wasPressed(key) && !wasDown;
-        wasDown = input.isDown(key);
-        return isThrown;
-    }
-
-private:
-    int key;
-    bool wasDown = false;
-};
-
 /// A player's session.
 class Session {
 public:
     Session(Application& application, Presentation& presentation, Soundscape& sounds, const Options& options)
         : application(application), presentation(presentation), renderer(presentation.getRenderer()), sounds(sounds),
           input(application.getInput()), flight(input), obstacles(renderer.getScene()),
-          camera(options.view.value_or(cameraOnFixedPath(0.0f))), isWireframe(options.startsAsWireframe),
-          volume(options.volume), escape(input.getKeyFromName("Escape")), fullscreenKey(input.getKeyFromName("F11")),
-          wireframeKey(input.getKeyFromName("Tab")), louderKey(input.getKeyFromName("PageUp")),
-          quieterKey(input.getKeyFromName("PageDown"))
+          camera(options.view.value_or(cameraOnFixedPath(0.0f))), switches(input), volume(options.volume),
+          escape(input.getKeyFromName("Escape")), fullscreenKey(input.getKeyFromName("F11")),
+          louderKey(input.getKeyFromName("PageUp")), quieterKey(input.getKeyFromName("PageDown"))
     {
         applyOptions(presentation, options);
+        switches.setWireframe(options.startsAsWireframe);
         if (options.startsWalking) switchWalking();
     }
 
@@ -115,19 +99,13 @@ private:
     void handleSwitches()
     {
         if (walkingKey.isThrown(input)) switchWalking();
-        if (wireframeKey.isThrown(input) | wireframeButton.isThrown(input)) isWireframe = !isWireframe;
         if (mouseKey.isThrown(input)) flight.setMouseCaught(!flight.isMouseCaught());
         if (fullscreenKey.isThrown(input)) {
             isFullscreen = !isFullscreen;
             application.getWindow().setFullscreen(isFullscreen);
         }
-        if (cullingKey.isThrown(input)) renderer.setCulling(!renderer.isCullingOn());
-        if (occlusionKey.isThrown(input)) renderer.setOcclusionView(!renderer.isOcclusionViewOn());
-        if (lampKey.isThrown(input)) renderer.setLamp(!renderer.isLampShining());
-        Layers& layers = presentation.getLayers();
-        if (boxKey.isThrown(input)) layers.debugShapes = !layers.debugShapes;
-        if (filmKey.isThrown(input)) layers.effects = !layers.effects;
-        if (textKey.isThrown(input)) layers.text = !layers.text;
+        switches.handle(presentation);
+        if (wireframeButton.isThrown(input)) switches.switchWireframe();
         if (pictureKey.isThrown(input)) savePicture();
         handleVolumeKeys();
     }
@@ -171,7 +149,7 @@ private:
 
     Frame makeFrame(float brightness) const
     {
-        return {camera, isWireframe ? DrawStyle::Edges : DrawStyle::Solids, frameTimes.getAverage(), brightness};
+        return {camera, switches.getStyle(), frameTimes.getAverage(), brightness, nullptr, std::nullopt};
     }
 
     Application& application;
@@ -185,23 +163,16 @@ private:
     Viewpoint camera;
     FrameTimes frameTimes;
     FrameRateTitle title = FrameRateTitle("xum-game");
-    bool isWireframe;
+    ViewSwitches switches;
     Volume volume;
     bool isFullscreen = false;
     bool isMinimized = false;
     int escape;
     Switch fullscreenKey;
-    Switch wireframeKey;
-    Switch wireframeButton = Switch(KeyCode::JoystickButton3);
     Switch walkingKey = Switch('g');
     Switch mouseKey = Switch('m');
-    Switch cullingKey = Switch('c');
-    Switch occlusionKey = Switch('o');
-    Switch lampKey = Switch('l');
-    Switch boxKey = Switch('b');
-    Switch filmKey = Switch('f');
-    Switch textKey = Switch('h');
     Switch pictureKey = Switch('p');
+    Switch wireframeButton = Switch(KeyCode::JoystickButton3);
     Switch muteKey = Switch('n');
     Switch louderKey;
     Switch quieterKey;

@@ -18,7 +18,13 @@ void Presentation::draw(RenderTarget* target, const Vector2<int>& size, const Fr
         device.bindRenderTarget(target, TargetBinding::Both);
         postPass.draw(frame.brightness, draws);
     }
-    if (layers.text) display.draw(size, read(frame), nameOfPlace(renderer.getScene(), frame.camera.position), draws);
+    if (frame.texts != nullptr) display.drawGame(size, *frame.texts, draws);
+    if (!layers.text) return;
+    const std::string place = nameOfPlace(renderer.getScene(), frame.camera.position);
+    if (frame.texts != nullptr)
+        display.drawOverGame(size, read(frame), place, *frame.texts, draws);
+    else
+        display.draw(size, read(frame), place, draws);
 }
 
 void Presentation::drawScene(RenderTarget* target, const Vector2<int>& size, const Frame& frame)
@@ -44,5 +50,6 @@ Readings Presentation::read(const Frame& frame) const
     readings.drawn = visibility.drawn;
     readings.culled = visibility.culled;
     readings.hidden = visibility.hidden;
+    readings.scriptBytesPerMinute = frame.scriptBytesPerMinute;
     return readings;
 }

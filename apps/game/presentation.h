@@ -1,9 +1,13 @@
 #pragma once
 
+#include "game_texts.h"
 #include "heads_up_display.h"
 #include "post_pass.h"
 #include "scene_renderer.h"
 #include "soundscape.h"
+
+#include <cstdint>
+#include <optional>
 
 /// What is drawn besides the scene.
 struct Layers {
@@ -16,8 +20,10 @@ struct Layers {
 struct Frame {
     Viewpoint camera;
     DrawStyle style = DrawStyle::Solids;
-    float milliseconds = 0; ///< that a frame takes, for the display
-    float brightness = 1;   ///< of the effects: 0 is black
+    float milliseconds = 0;           ///< that a frame takes, for the display
+    float brightness = 1;             ///< of the effects: 0 is black
+    const GameTexts* texts = nullptr; ///< null: nothing is being played
+    std::optional<std::int64_t> scriptBytesPerMinute = {};
 };
 
 /// The whole picture: the scene and what comes on top of it.

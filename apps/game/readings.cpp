@@ -26,12 +26,15 @@ std::string print(const char* format, Values... values)
 std::vector<std::string> describe(const Readings& readings)
 {
     const Vector3<float>& position = readings.position;
-    return {print("%.1f ms", static_cast<double>(readings.frameMilliseconds)),
-            print("%.1f %.1f %.1f", static_cast<double>(position.x), static_cast<double>(position.y),
-                  static_cast<double>(position.z)),
-            describeLeaf(readings.leaf), std::to_string(readings.draws) + " draw calls",
-            std::to_string(readings.drawn) + " drawn, " + std::to_string(readings.culled) + " culled, " +
-                std::to_string(readings.hidden) + " hidden"};
+    std::vector<std::string> lines = {print("%.1f ms", static_cast<double>(readings.frameMilliseconds)),
+                                      print("%.1f %.1f %.1f", static_cast<double>(position.x),
+                                            static_cast<double>(position.y), static_cast<double>(position.z)),
+                                      describeLeaf(readings.leaf), std::to_string(readings.draws) + " draw calls",
+                                      std::to_string(readings.drawn) + " drawn, " + std::to_string(readings.culled) +
+                                          " culled, " + std::to_string(readings.hidden) + " hidden"};
+    if (readings.scriptBytesPerMinute)
+        lines.push_back("script: " + std::to_string(*readings.scriptBytesPerMinute) + " bytes a minute");
+    return lines;
 }
 
 const char* nameOfPlace(const Scene& scene, const Vector3<float>& point)

@@ -3,6 +3,7 @@
 #include "level.h"
 #include "visibility.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,6 +17,7 @@ struct Readings {
     std::size_t drawn = 0; ///< things and faces
     std::size_t culled = 0;
     std::size_t hidden = 0;
+    std::optional<std::int64_t> scriptBytesPerMinute;
 };
 
 /// Line by line, in ASCII.

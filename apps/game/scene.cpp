@@ -252,9 +252,26 @@ Thing place(SolidKind kind, const Material& material, const Vector3<float>& foot
     return thing;
 }
 
+Scene makeEmptyScene()
+{
+    constexpr Vector3<float> farAway = {0, 0, -1e6f};
+    Scene scene;
+    scene.lamps = {farAway, farAway, farAway};
+    scene.fountain = farAway;
+    scene.lampColor = {5.0f, 2.9f, 1.1f};
+    scene.sunDirection = normalize(Vector3<float>(-0.62f, -0.42f, 0.52f));
+    scene.sunColor = {2.9f, 2.2f, 1.45f};
+    scene.skyLight = {0.42f, 0.52f, 0.70f};
+    scene.groundLight = {0.20f, 0.18f, 0.13f};
+    scene.hazeColor = {0.84f, 0.86f, 0.84f};
+    scene.zenithColor = {0.10f, 0.30f, 0.85f};
+    return scene;
+}
+
 Scene makeCourtyard()
 {
-    Scene scene;
+    Scene scene = makeEmptyScene();
+    scene.hasCourtyard = true;
     addGround(scene.things);
     addFountain(scene.things);
     for (float x : {-8.5f, 8.5f}) addColonnade(scene.things, x);
@@ -271,12 +288,13 @@ Scene makeCourtyard()
 
     scene.lamps = {Vector3<float>(-2.4f, -14, 3.4f), Vector3<float>(2.4f, -14, 3.4f), Vector3<float>(0, 7.4f, 3.4f)};
     scene.fountain = {0, 0, floorHeight + 1.5f};
-    scene.lampColor = {5.0f, 2.9f, 1.1f};
-    scene.sunDirection = normalize(Vector3<float>(-0.62f, -0.42f, 0.52f));
-    scene.sunColor = {2.9f, 2.2f, 1.45f};
-    scene.skyLight = {0.42f, 0.52f, 0.70f};
-    scene.groundLight = {0.20f, 0.18f, 0.13f};
-    scene.hazeColor = {0.84f, 0.86f, 0.84f};
-    scene.zenithColor = {0.10f, 0.30f, 0.85f};
     return scene;
+}
+
+Thing moved(Thing thing, const Vector3<float>& by)
+{
+    thing.world = Matrix4<float>::translation(by) * thing.world;
+    thing.bounds.minimum += by;
+    thing.bounds.maximum += by;
+    return thing;
 }

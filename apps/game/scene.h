@@ -38,6 +38,7 @@ struct Thing {
     Vector3<float> textureRepeat;
     Box bounds;         ///< in the world
     bool blocks = true; ///< nobody walks through it
+    float halo = 0;     ///< how far it glows, when it moves
 };
 
 struct Scene {
@@ -53,6 +54,7 @@ struct Scene {
     Vector3<float> lampColor;
     Vector3<float> fountain;              ///< where its water falls
     std::vector<Vector3<float>> treeTops; ///< where birds sit
+    bool hasCourtyard = false;            ///< with its lamps and its fountain
     Vector3<float> sunDirection;          ///< towards the sun
     Vector3<float> sunColor;
     Vector3<float> skyLight;
@@ -64,6 +66,9 @@ struct Scene {
 /// How a texture looks on faces that repeat it as they want.
 Material materialOf(TextureName texture);
 
+/// Nothing but the light of a late afternoon.
+Scene makeEmptyScene();
+
 /// A courtyard with a fountain, two rows of columns and a pavilion, on a late afternoon. One unit is a metre; the
 /// courtyard's centre is the origin and its entrance looks along -y.
 Scene makeCourtyard();
@@ -71,6 +76,9 @@ Scene makeCourtyard();
 /// A solid with the middle of its foot at a point, turned about the vertical axis (degrees).
 Thing place(SolidKind kind, const Material& material, const Vector3<float>& foot, const Vector3<float>& size,
             float turn = 0);
+
+/// The same thing somewhere else.
+Thing moved(Thing thing, const Vector3<float>& by);
 
 /// Adds a shape of its own to a scene, and a thing of it at a place. Its texture coordinates count `repeats` fold.
 void addOwnShape(Scene& scene, Solid shape, const Material& material, const Vector3<float>& position, float repeats);

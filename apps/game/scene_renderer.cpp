@@ -1,11 +1,13 @@
 #include "scene_renderer.h"
 
 #include "failure.h"
+#include "halos.h"
 
 #include <xum/render/render_target.h>
 #include <xum/render/texture.h>
 #include <xum/render/vertex_buffer.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,10 +26,13 @@ constexpr Vector4<float> edgeColor = {0.55f, 0.8f, 0.95f, 0.3f}; // edges add up
 
 constexpr int surfaceUnit = 0;
 constexpr int shadowUnit = 1;
-constexpr int lampUnit = 2;
+constexpr int firstLampUnit = 2;
 
 const Material lampGlass = {TextureName::Limestone, 0.5f, {0.5f, 0.8f, 1.0f}, 0, 1, 6.0f};
 constexpr float lampWidth = 0.4f;
+
+constexpr Vector3<float> nightLight = {0.035f, 0.05f, 0.1f};
+constexpr Vector3<float> nightSky = {0.02f, 0.03f, 0.07f};
 
 Matrix4<float> calculateShadowProjection(const Vector3<float>& sunDirection)
 {
@@ -46,7 +51,7 @@ SceneRenderer::SceneRenderer(RenderDevice& device, const Assets& assets, Scene s
       screenTriangle(device.createVertexBuffer(false), {&device}),
       shadowTarget(device.createRenderTarget(shadowMapSize, shadowMapSize, {TextureFormat(TextureFormat::Depth, 1)}),
                    {&device}),
-      lamp(device)
+      lamps{SpotLamp(device), SpotLamp(device)}
 {
     if (!screenTriangle || !shadowTarget || !occlusionPicture)
         throw Failure(ExitStatus::NoGraphics, "not enough memory for the scene");
@@ -62,6 +67,11 @@ SceneRenderer::SceneRenderer(RenderDevice& device, const Assets& assets, Scene s
     device.enable(RenderFeature::DepthTest);
     drawShadowMap();
     device.bindRenderTarget(nullptr, TargetBinding::Both);
+    afternoon.sunColor = scene.sunColor;
+    afternoon.skyLight = scene.skyLight;
+    afternoon.groundLight = scene.groundLight;
+    afternoon.hazeColor = scene.hazeColor;
+    afternoon.zenithColor = scene.zenithColor;
 }
 
 SceneRenderer::SolidBuffer SceneRenderer::makeSolidBuffer(const Solid& solid)
@@ -91,7 +101,7 @@ void SceneRenderer::drawShadowMap()
     drawDistances(shadowProjection, seeEverything(scene));
 }
 
-void SceneRenderer::drawLampMap()
+void SceneRenderer::drawLampMap(SpotLamp& lamp)
 {
     const Visibility lit = isCulling ? seeWithin(scene, lamp.getVolume()) : seeEverything(scene);
     lamp.drawMap([&](const Matrix4<float>& projection) { drawDistances(projection, lit); });
@@ -119,7 +129,8 @@ void SceneRenderer::draw(RenderTarget* target, const Vector2<int>& size, const V
     viewProjection = calculateViewProjection(camera, viewExtents, nearDistance, farDistance);
     draws.reset();
     findVisible(camera, viewExtents, style);
-    if (isLampOn && style == DrawStyle::Solids) drawLampMap();
+    for (std::size_t i = 0; i < lampCount; ++i)
+        if (isLampOn[i] && style == DrawStyle::Solids) drawLampMap(lamps[i]);
 
     device.bindRenderTarget(target, TargetBinding::Both);
     device.setViewport(0, 0, size.x, size.y, size.y);
@@ -136,11 +147,28 @@ void SceneRenderer::draw(RenderTarget* target, const Vector2<int>& size, const V
 void SceneRenderer::findVisible(const Viewpoint& camera, const Vector2<float>& viewExtents, DrawStyle style)
 {
     visibility = isCulling ? seeWithin(scene, ViewVolume(camera, viewExtents, nearDistance)) : seeEverything(scene);
+    const ViewVolume view(camera, viewExtents, nearDistance);
+    seenMovingThings.clear();
+    for (const Thing& thing : movingThings)
+        seenMovingThings.push_back(view.seePart(thing.bounds) != ViewVolume::Part::Nothing);
     if (style == DrawStyle::Edges || (!isCulling && !showsOcclusion)) return;
     occlusion.begin(camera, viewExtents, nearDistance);
     const float reach = nearDistance * length(Vector3<float>(viewExtents.x, viewExtents.y, 1));
     occluders.addTo(occlusion, camera.position, reach);
     if (isCulling) hide(visibility, scene, occlusion);
+}
+
+void SceneRenderer::setDusk(float part)
+{
+    const float night = std::clamp(part, 0.0f, 1.0f);
+    const auto mix = [night](const Vector3<float>& day, const Vector3<float>& dark) {
+        return day * (1 - night) + dark * night;
+    };
+    scene.sunColor = afternoon.sunColor * ((1 - night) * (1 - night));
+    scene.skyLight = mix(afternoon.skyLight, nightLight);
+    scene.groundLight = mix(afternoon.groundLight, nightLight * 0.5f);
+    scene.hazeColor = mix(afternoon.hazeColor, nightSky);
+    scene.zenithColor = mix(afternoon.zenithColor, nightSky * 0.5f);
 }
 
 void SceneRenderer::drawOcclusionView(const Vector2<int>& size)
@@ -185,11 +213,23 @@ void SceneRenderer::drawSolids(const Viewpoint& camera)
         drawTriangles(shapes[thing.shape]);
     }
     drawLevel();
-    if (isLampOn) drawLampItself();
+    drawMovingThings();
+    for (std::size_t i = 0; i < lampCount; ++i)
+        if (isLampOn[i]) drawLampItself(lamps[i]);
+    drawHalos(device, assets.getHaloProgram(), viewProjection, camera, movingThings, draws);
+}
+
+void SceneRenderer::drawMovingThings()
+{
+    for (std::size_t i = 0; i < movingThings.size(); ++i) {
+        if (!seenMovingThings[i]) continue;
+        setThingUniforms(movingThings[i]);
+        drawTriangles(shapes[movingThings[i].shape]);
+    }
 }
 
 /// A shining ball, which the light comes from: it throws no shadow.
-void SceneRenderer::drawLampItself()
+void SceneRenderer::drawLampItself(const SpotLamp& lamp)
 {
     const Vector3<float> foot = lamp.getLight().position - Vector3<float>(0, 0, lampWidth / 2);
     setThingUniforms(place(SolidKind::Sphere, lampGlass, foot, {lampWidth, lampWidth, lampWidth}));
@@ -253,15 +293,18 @@ void SceneRenderer::setLightUniforms()
         .setUniform("groundLight", scene.groundLight)
         .setUniform("hazeColor", scene.hazeColor)
         .setUniform("lampColor", scene.lampColor);
-    std::vector<Vector3<float>> lamps(scene.lamps.begin(), scene.lamps.end());
-    lamps.insert(lamps.end(), scene.levelLamps.begin(), scene.levelLamps.end());
-    lamps.resize(Scene::lampCount + Scene::levelLampCount, {0, 0, -1e6f}); // those that are missing shine nowhere
-    for (std::size_t i = 0; i < lamps.size(); ++i)
-        device.setUniform("lampPositions[" + std::to_string(i) + "]", lamps[i]);
-    if (isLampOn)
-        lamp.setUniforms(lampUnit);
-    else
-        SpotLamp::setDarkUniforms(device, lampUnit);
+    std::vector<Vector3<float>> still(scene.lamps.begin(), scene.lamps.end());
+    still.insert(still.end(), scene.levelLamps.begin(), scene.levelLamps.end());
+    still.resize(Scene::lampCount + Scene::levelLampCount, {0, 0, -1e6f}); // those that are missing shine nowhere
+    for (std::size_t i = 0; i < still.size(); ++i)
+        device.setUniform("lampPositions[" + std::to_string(i) + "]", still[i]);
+    for (std::size_t i = 0; i < lampCount; ++i) {
+        const int unit = firstLampUnit + static_cast<int>(i);
+        if (isLampOn[i])
+            lamps[i].setUniforms(i, unit);
+        else
+            SpotLamp::setDarkUniforms(device, i, unit);
+    }
 }
 
 void SceneRenderer::setThingUniforms(const Thing& thing)

@@ -10,6 +10,9 @@
 #include "viewpoint.h"
 #include "visibility.h"
 
+#include <array>
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 enum class DrawStyle : int { Solids, Edges };
@@ -17,6 +20,8 @@ enum class DrawStyle : int { Solids, Edges };
 /// Draws a scene from any point of view into the window or a render target.
 class SceneRenderer {
 public:
+    static constexpr std::size_t lampCount = 2; // as in solid.frag
+
     /// Keeps references to the device and the assets. The window is bound afterwards. Throws Failure when memory runs
     /// out.
     SceneRenderer(RenderDevice& device, const Assets& assets, Scene scene);
@@ -33,10 +38,17 @@ public:
     void setOcclusionView(bool isOn) { showsOcclusion = isOn; }
     bool isOcclusionViewOn() const { return showsOcclusion; }
 
-    /// Whether the lamp that circles above the courtyard shines. It is at the start, on solids only.
-    void setLamp(bool isOn) { isLampOn = isOn; }
-    bool isLampShining() const { return isLampOn; }
-    SpotLamp& getLamp() { return lamp; }
+    /// Lamps that move, by their numbers. At the start the first one shines and circles above the courtyard. They light
+    /// solids only.
+    void setLamp(bool isOn, std::size_t number = 0) { isLampOn[number] = isOn; }
+    bool isLampShining(std::size_t number = 0) const { return isLampOn[number]; }
+    SpotLamp& getLamp(std::size_t number = 0) { return lamps[number]; }
+
+    /// Things that are somewhere else in each frame: nobody stands in their way, and the sun shines through them.
+    void setMovingThings(std::vector<Thing> things) { movingThings = std::move(things); }
+
+    /// 0: the afternoon, as the scene has it; 1: night.
+    void setDusk(float part);
 
     const Scene& getScene() const { return scene; }
     const Assets& getAssets() const { return assets; }
@@ -56,8 +68,9 @@ private:
 
     SolidBuffer makeSolidBuffer(const Solid& solid);
     void drawShadowMap();
-    void drawLampMap();
-    void drawLampItself();
+    void drawLampMap(SpotLamp& lamp);
+    void drawLampItself(const SpotLamp& lamp);
+    void drawMovingThings();
     void drawDistances(const Matrix4<float>& projection, const Visibility& lit);
     void drawSky(const Viewpoint& camera, const Vector2<float>& viewExtents);
     void drawSolids(const Viewpoint& camera);
@@ -91,6 +104,9 @@ private:
     DrawCounter draws;
     OwnedBuffer screenTriangle;
     OwnedTarget shadowTarget;
-    SpotLamp lamp;
-    bool isLampOn = true;
+    std::array<SpotLamp, lampCount> lamps;
+    std::array<bool, lampCount> isLampOn = {true, false};
+    std::vector<Thing> movingThings;
+    std::vector<bool> seenMovingThings;
+    Scene afternoon; ///< for its colours
 };

@@ -5,6 +5,7 @@
 #include <xum/devices/audio_device.h>
 #include <xum/files/cache.h>
 
+#include <iterator>
 #include <string>
 
 namespace {
@@ -15,6 +16,9 @@ constexpr float musicRise = 0.5f; // seconds
 // A sample of noise rises and falls during half a second, and is started again that much before its end.
 constexpr uint64 fountainPause = 3500; // milliseconds, like all that follow
 constexpr uint64 flamePause = 2500;
+constexpr uint64 humPause = 1500;
+constexpr float humRange = 14.0f;
+constexpr float humVolume = 0.35f;
 
 using OwnedSample = Owned<AudioDevice, Sample, &AudioDevice::destroySample>;
 using OwnedStream = Owned<AudioDevice, Stream, &AudioDevice::destroyStream>;
@@ -58,6 +62,7 @@ Soundscape::Soundscape(AudioDevice* device, GameData& data, const Scene& scene, 
 
 void Soundscape::addEmitters(GameData& data, const Scene& scene)
 {
+    if (!scene.hasCourtyard) return;
     emitters.push_back({loadSample(device, data, "fountain.wav"), {scene.fountain}, 30.0f, 0.5f, fountainPause, 0, 0});
     Sample* flame = loadSample(device, data, "flame.wav");
     uint64 firstStart = 0; // one after the other, or they would all crack at the same time
@@ -82,23 +87,66 @@ void Soundscape::update(const Viewpoint& listener, uint64 milliseconds)
     if (device == nullptr) return;
     for (Emitter& emitter : emitters)
         if (milliseconds >= emitter.nextStart) start(emitter, milliseconds);
+    startHums(listener.position, milliseconds);
     device->setListener(listener.position, listener.getForward());
     // At once, so that what has just begun does not sound as if it were near.
     device->update(0.0f);
 }
 
-// When all sources are in use, this time is left out.
+Sample* Soundscape::findSample(GameData& data, const std::string& name)
+{
+    const auto known = samples.find(name);
+    if (known != samples.end()) return known->second;
+    return samples.emplace(name, loadSample(device, data, name)).first->second;
+}
+
+void Soundscape::playOnce(GameData& data, const std::string& name, const Vector3<float>& position)
+{
+    constexpr float range = 40;
+    Sample* const sample = findSample(data, name);
+    if (device != nullptr) play(device->acquireSource(), sample, position, range, 1);
+}
+
+void Soundscape::setHums(GameData& data, const std::string& name, const std::map<int, Vector3<float>>& places)
+{
+    hum = findSample(data, name);
+    humPlaces = places;
+    for (auto next = nextHums.begin(); next != nextHums.end();)
+        next = places.count(next->first) == 0 ? nextHums.erase(next) : std::next(next);
+}
+
+// Who comes near hears it at once; far away nothing is started.
+void Soundscape::startHums(const Vector3<float>& listener, uint64 milliseconds)
+{
+    for (const auto& [number, place] : humPlaces) {
+        if (length(place - listener) > humRange) continue;
+        uint64& next = nextHums[number];
+        if (milliseconds < next) continue;
+        next = milliseconds + humPause;
+        play(device->acquireSource(), hum, place, humRange, humVolume);
+    }
+}
+
 void Soundscape::start(Emitter& emitter, uint64 milliseconds)
 {
     // Counted from now: after a long pause nothing has to be made up for.
     emitter.nextStart = milliseconds + emitter.pause + chooseBelow(emitter.spread);
-    AudioSource* source = device->acquireSource();
+    AudioSource* const source = device->acquireSource();
     if (source == nullptr) return;
-    sourceVolumes[source] = emitter.volume;
-    source->setPosition(emitter.places[static_cast<std::size_t>(chooseBelow(emitter.places.size()))]);
-    source->setRange(emitter.range);
-    source->setVolume(emitter.volume * volume);
-    source->play(emitter.sample, 0.0f);
+    const auto place = static_cast<std::size_t>(chooseBelow(emitter.places.size()));
+    play(source, emitter.sample, emitter.places[place], emitter.range, emitter.volume);
+}
+
+// When all sources are in use, this time is left out.
+void Soundscape::play(AudioSource* source, Sample* sample, const Vector3<float>& position, float range,
+                      float sourceVolume)
+{
+    if (source == nullptr) return;
+    sourceVolumes[source] = sourceVolume;
+    source->setPosition(position);
+    source->setRange(range);
+    source->setVolume(sourceVolume * volume);
+    source->play(sample, 0.0f);
 }
 
 uint64 Soundscape::chooseBelow(uint64 limit)

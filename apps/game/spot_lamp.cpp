@@ -5,6 +5,7 @@
 #include <xum/render/render_target.h>
 
 #include <cmath>
+#include <string>
 
 namespace {
 
@@ -13,6 +14,8 @@ constexpr float innerAngle = 38; // degrees, of the whole cone
 constexpr float outerAngle = 56;
 constexpr float nearDistance = 0.1f; // as SpotLight projects
 constexpr Vector3<float> lightColor = {2.8f, 6.4f, 10.0f};
+
+constexpr float farthestSight = 22; // where it still lights somebody up
 
 constexpr float circleRadius = 7.0f;
 constexpr float circleHeight = 6.6f;
@@ -66,19 +69,29 @@ void SpotLamp::drawMap(const std::function<void(const Matrix4<float>&)>& drawSce
     light.generateShadowMap(&device, drawScene);
 }
 
-void SpotLamp::setUniforms(int unit)
+void SpotLamp::setUniforms(std::size_t number, int unit)
 {
+    const std::string place = "[" + std::to_string(number) + "]";
     device.bindTexture(unit, target->getDepthTexture());
-    device.setUniform("spotMap", unit)
-        .setUniform("spotProjection", light.calculateMatrix())
-        .setUniform("spotPosition", light.position)
-        .setUniform("spotDirection", light.direction)
-        .setUniform("spotColor", light.color)
+    device.setUniform("spotMaps" + place, unit)
+        .setUniform("spotProjections" + place, light.calculateMatrix())
+        .setUniform("spotPositions" + place, light.position)
+        .setUniform("spotDirections" + place, light.direction)
+        .setUniform("spotColors" + place, light.color)
         .setUniform("spotInnerCosine", light.innerCosine)
         .setUniform("spotOuterCosine", light.outerCosine);
 }
 
-void SpotLamp::setDarkUniforms(RenderDevice& device, int unit)
+void SpotLamp::setDarkUniforms(RenderDevice& device, std::size_t number, int unit)
 {
-    device.setUniform("spotMap", unit).setUniform("spotColor", Vector3<float>(0, 0, 0));
+    const std::string place = "[" + std::to_string(number) + "]";
+    device.setUniform("spotMaps" + place, unit).setUniform("spotColors" + place, Vector3<float>(0, 0, 0));
+}
+
+bool SpotLamp::reaches(const Vector3<float>& point) const
+{
+    const Vector3<float> way = point - light.position;
+    const float distance = length(way);
+    const float cosine = std::cos((innerAngle + outerAngle) / 4 * degree); // where it is half as bright
+    return distance < farthestSight && dot(way, light.direction) > cosine * distance;
 }

@@ -6,6 +6,7 @@
 
 #include <xum/render/light.h>
 
+#include <cstddef>
 #include <functional>
 
 /// A lamp that circles above the courtyard and shines down into it, and the map of what stands in its light.
@@ -28,11 +29,15 @@ public:
     /// Clears the map and calls drawScene with the lamp's projection while the map's target is bound. Leaves it bound.
     void drawMap(const std::function<void(const Matrix4<float>&)>& drawScene);
 
-    /// Sets what solid.frag wants to know, the map included, which is bound to a texture unit.
-    void setUniforms(int unit);
+    /// Sets what solid.frag wants to know of its lamp with that number, the map included, which is bound to a texture
+    /// unit.
+    void setUniforms(std::size_t number, int unit);
 
     /// The same for a lamp that is off.
-    static void setDarkUniforms(RenderDevice& device, int unit);
+    static void setDarkUniforms(RenderDevice& device, std::size_t number, int unit);
+
+    /// Whether a point lies in the cone and not too far away; what is in between is not asked.
+    bool reaches(const Vector3<float>& point) const;
 
     const SpotLight& getLight() const { return light; }
 

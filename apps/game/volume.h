@@ -18,6 +18,9 @@ public:
 
     void switchMute() { isMute = !isMute; }
 
+    int getPercent() const { return percent; }
+    bool isMuted() const { return isMute; }
+
     /// 0 to 1.
     float get() const { return isMute ? 0.0f : static_cast<float>(percent) / 100.0f; }
 

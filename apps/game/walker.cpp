@@ -12,7 +12,6 @@ constexpr float gravity = 9.81f;
 constexpr float jumpSpeed = 4.4f;
 constexpr float fastestFall = 30.0f;
 constexpr float longestStep = 1.0f / 60.0f; // seconds: the same way at any frame rate
-constexpr float worldEnd = 116.0f;          // before the land ends
 
 Vector3<float> centreAbove(const Vector3<float>& feet)
 {
@@ -42,8 +41,8 @@ void Walker::step(const Obstacles& obstacles, const Vector3<float>& velocity, fl
     const bool wasInside = obstacles.isSolid(centreAbove(feet));
     goForwards(obstacles, Vector3<float>(velocity.x, velocity.y, 0) * seconds);
     fall(obstacles, seconds);
-    feet.x = std::clamp(feet.x, -worldEnd, worldEnd);
-    feet.y = std::clamp(feet.y, -worldEnd, worldEnd);
+    feet.x = std::clamp(feet.x, -obstacles.getReach(), obstacles.getReach());
+    feet.y = std::clamp(feet.y, -obstacles.getReach(), obstacles.getReach());
     stayAbove(obstacles);
     // Whatever rounding does, nobody gets into a wall.
     if (!wasInside && obstacles.isSolid(centreAbove(feet))) feet = before;

@@ -36,7 +36,28 @@ void addLamp(Scene& scene, const Vector3<float>& position)
     scene.things.push_back(place(SolidKind::Cylinder, cord, position, {0.03f, 0.03f, 1.3f}));
 }
 
+void addLevel(Scene& scene, GameData& data, std::vector<Vector3<float>> urnPlaces)
+{
+    scene.levelLamps = scene.level->findPositions("lamp");
+    for (const Vector3<float>& lamp : scene.levelLamps) addLamp(scene, lamp);
+    const std::vector<Vector3<float>> places = scene.level->findPositions("urn");
+    urnPlaces.insert(urnPlaces.begin(), places.begin(), places.end());
+    const Solid urn = loadShape(data, "urn.mesh");
+    for (const Vector3<float>& place : urnPlaces) addOwnShape(scene, urn, urnStone, place, 1);
+}
+
 } // namespace
+
+void addOwnMap(Scene& scene, GameData& data, const std::string& fileName)
+{
+    scene.level = loadLevelFile(fileName);
+    if (const std::optional<LevelLand>& land = scene.level->getLand()) {
+        scene.land = land->terrain;
+        addOwnShape(scene, makeShape(*scene.land), {land->texture}, {0, 0, 0}, land->repeats);
+        scene.things.back().blocks = false; // its box is all of the world
+    }
+    addLevel(scene, data, {});
+}
 
 void addWorld(Scene& scene, Engine& engine, GameData& data)
 {
@@ -44,12 +65,5 @@ void addWorld(Scene& scene, Engine& engine, GameData& data)
     addOwnShape(scene, makeShape(*scene.land), grass, {0, 0, 0}, grassRepeats);
     scene.things.back().blocks = false; // its box is all of the world
     scene.level = loadLevel(data, "gatehouse.map");
-    scene.levelLamps = scene.level->findPositions("lamp");
-    for (const Vector3<float>& lamp : scene.levelLamps) addLamp(scene, lamp);
-
-    const Solid urn = loadShape(data, "urn.mesh");
-    std::vector<Vector3<float>> places = scene.level->findPositions("urn");
-    places.insert(places.end(),
-                  {{-3.4f, -13.2f, 0.3f}, {3.4f, -13.2f, 0.3f}, {-3.4f, 13.2f, 0.3f}, {3.4f, 13.2f, 0.3f}});
-    for (const Vector3<float>& place : places) addOwnShape(scene, urn, urnStone, place, 1);
+    addLevel(scene, data, {{-3.4f, -13.2f, 0.3f}, {3.4f, -13.2f, 0.3f}, {-3.4f, 13.2f, 0.3f}, {3.4f, 13.2f, 0.3f}});
 }

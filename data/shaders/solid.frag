@@ -1,13 +1,13 @@
 #version 150
 
-// Sun and a spot light with shadows, light from the sky and the ground, lamps, and haze in the distance.
+// Sun and two spot lights with shadows, light from the sky and the ground, lamps, and haze in the distance.
 
 const int lampCount = 7;
 
 in vec3 worldPosition;
 in vec3 worldNormal;
 in vec3 shadowPosition;
-in vec4 spotPlace; // in the spot light's clip coordinates
+in vec4 spotPlaces[2]; // in the clip coordinates of the spot lights
 in vec2 surfaceCoordinate;
 
 uniform sampler2D surface;
@@ -26,12 +26,12 @@ uniform vec3 hazeColor;
 uniform vec3 lampColor;
 uniform vec3 lampPositions[lampCount];
 
-uniform sampler2D spotMap;
-uniform vec3 spotColor; // black: it is off
-uniform vec3 spotPosition;
-uniform vec3 spotDirection;
-uniform float spotInnerCosine; // of the angle from the middle up to which it is bright
-uniform float spotOuterCosine; // and from which on it is dark
+uniform sampler2D spotMaps[2];
+uniform vec3 spotColors[2]; // black: it is off
+uniform vec3 spotPositions[2];
+uniform vec3 spotDirections[2];
+uniform float spotInnerCosine; // of the angle from the middle up to which they are bright
+uniform float spotOuterCosine; // and from which on they are dark
 
 out vec4 color;
 
@@ -51,23 +51,38 @@ float sunlight()
 }
 
 // How much of the spot light arrives where its cone reaches: four looks at the distances in its map.
-float spotUncovered()
+float spotUncovered(sampler2D map, vec4 spotPlace)
 {
     vec3 place = spotPlace.xyz / spotPlace.w * 0.5 + 0.5;
-    vec2 texel = 0.7 / vec2(textureSize(spotMap, 0));
+    vec2 texel = 0.7 / vec2(textureSize(map, 0));
     float lit = 0.0;
     for (int y = -1; y <= 1; y += 2)
-        for (int x = -1; x <= 1; x += 2) lit += step(place.z, texture(spotMap, place.xy + texel * vec2(x, y)).r);
+        for (int x = -1; x <= 1; x += 2) lit += step(place.z, texture(map, place.xy + texel * vec2(x, y)).r);
     return lit / 4.0;
 }
 
-// What arrives of the spot light from a direction (towards it) and a distance.
-vec3 spotlight(vec3 toSpot, float distance)
+// What arrives of a spot light from a direction (towards it) and a distance.
+vec3 spotlight(sampler2D map, vec4 place, vec3 spotColor, vec3 spotDirection, vec3 toSpot, float distance)
 {
     const float halfReach = 14.0;
     float cone = smoothstep(spotOuterCosine, spotInnerCosine, -dot(toSpot, spotDirection));
     if (cone <= 0.0) return vec3(0.0);
-    return spotColor * (cone * spotUncovered() / (1.0 + distance * distance / (halfReach * halfReach)));
+    return spotColor * (cone * spotUncovered(map, place) / (1.0 + distance * distance / (halfReach * halfReach)));
+}
+
+// Adds what a surface gets of a spot light, and how it shines.
+void addSpot(sampler2D map, vec4 place, vec3 spotColor, vec3 spotPosition, vec3 spotDirection, vec3 normal, vec3 toEye,
+             inout vec3 diffuse, inout vec3 shine)
+{
+    if (spotColor == vec3(0.0)) return;
+    vec3 toSpot = spotPosition - worldPosition;
+    float spotDistance = length(toSpot);
+    toSpot /= spotDistance;
+    float spotFacing = dot(normal, toSpot);
+    if (spotFacing <= 0.0) return;
+    vec3 arriving = spotlight(map, place, spotColor, spotDirection, toSpot, spotDistance);
+    diffuse += arriving * spotFacing;
+    shine += arriving * pow(max(dot(normal, normalize(toSpot + toEye)), 0.0), shininess);
 }
 
 void main()
@@ -97,15 +112,9 @@ void main()
         shine += arriving * pow(max(dot(normal, normalize(toLamp + toEye)), 0.0), shininess);
     }
 
-    vec3 toSpot = spotPosition - worldPosition;
-    float spotDistance = length(toSpot);
-    toSpot /= spotDistance;
-    float spotFacing = dot(normal, toSpot);
-    if (spotColor != vec3(0.0) && spotFacing > 0.0) {
-        vec3 arriving = spotlight(toSpot, spotDistance);
-        diffuse += arriving * spotFacing;
-        shine += arriving * pow(max(dot(normal, normalize(toSpot + toEye)), 0.0), shininess);
-    }
+    // Older hardware cannot choose a map by a number that it calculates.
+    addSpot(spotMaps[0], spotPlaces[0], spotColors[0], spotPositions[0], spotDirections[0], normal, toEye, diffuse, shine);
+    addSpot(spotMaps[1], spotPlaces[1], spotColors[1], spotPositions[1], spotDirections[1], normal, toEye, diffuse, shine);
 
     // A smooth surface mirrors the sky at grazing angles.
     float grazing = pow(1.0 - max(dot(normal, toEye), 0.0), 5.0);

@@ -10,7 +10,7 @@ uniform mat4 world;
 uniform mat3 normalMatrix;
 uniform mat4 viewProjection;
 uniform mat4 shadowProjection;
-uniform mat4 spotProjection;
+uniform mat4 spotProjections[2];
 uniform vec3 textureRepeat; // along the solid's own x, y and z
 
 const float shadowLift = 0.05;
@@ -19,7 +19,7 @@ const float spotLift = 0.004; // of the distance: as the light spreads, so do th
 out vec3 worldPosition;
 out vec3 worldNormal;
 out vec3 shadowPosition;
-out vec4 spotPlace; // in the lamp's clip coordinates
+out vec4 spotPlaces[2]; // in the clip coordinates of the lamps
 out vec2 surfaceCoordinate;
 
 // A face repeats the texture along its own two sides, so that bricks are equally large on all sides of a wall.
@@ -39,8 +39,10 @@ void main()
     vec3 upwards = normalize(worldNormal);
     vec4 lifted = placed + vec4(upwards * shadowLift, 0.0);
     shadowPosition = (lifted * shadowProjection).xyz * 0.5 + 0.5;
-    float spotDistance = (placed * spotProjection).w;
-    spotPlace = (placed + vec4(upwards * (spotLift * spotDistance), 0.0)) * spotProjection;
+    for (int i = 0; i < 2; ++i) {
+        float spotDistance = (placed * spotProjections[i]).w;
+        spotPlaces[i] = (placed + vec4(upwards * (spotLift * spotDistance), 0.0)) * spotProjections[i];
+    }
     surfaceCoordinate = textureCoordinate * repeatsOfFace();
     gl_Position = placed * viewProjection;
 }

@@ -154,9 +154,18 @@ TEST_F(Display, captionWithoutTextIsNotDrawn)
     EXPECT_EQ(draws.get(), 0u);
 }
 
-TEST_F(Display, captionWiderThanTheScreenShowsItsMiddle)
+TEST_F(Display, captionWiderThanTheScreenShrinksIntoIt)
 {
-    EXPECT_GT(findLit(*showCaption("a caption of many words", 0, {20, 40}), 0, 40).count, 20);
+    const Extent whole = findLit(*showCaption("a caption of many words", 0), 0, size.y);
+    const int wholeHeight = captionHeight;
+    const Extent small = findLit(*showCaption("a caption of many words", 0, {100, 60}), 0, 60);
+    EXPECT_GT(whole.right - whole.left, 200);
+    EXPECT_GE(small.left, 4);
+    EXPECT_LE(small.left, 7);
+    EXPECT_GE(small.right, 92);
+    EXPECT_LE(small.right, 96);
+    EXPECT_LT(captionHeight, wholeHeight / 2);
+    EXPECT_GT(captionHeight, wholeHeight / 4);
     showCaption("a caption of many words", 0, {1, 1});
 }
 

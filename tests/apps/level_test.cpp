@@ -131,7 +131,7 @@ TEST_F(SmallLevel, unknownTextureAndMissingTextAreNamed)
 {
     expectFailure("<map><textures><0 gold.png/></textures></map>",
                   "the map small.map needs the unknown texture gold.png");
-    expectFailure("", "the map small.map has no text");
+    expectFailure("", "the map small.map has a text that is broken: 1:1: the text is empty");
 }
 
 TEST_F(SmallLevel, surfacesHoldTheFacesOfEachTextureInTheOrderOfTheLeaves)

@@ -22,10 +22,11 @@ protected:
         EngineFixture::SetUp();
         ASSERT_FALSE(HasFatalFailure());
         for (const char* directory : {"sounds/samples", "sounds/streams"}) fs::create_directories(directory);
-        for (const char* name : {"fountain", "flame", "blackbird", "finch"})
+        for (const char* name : {"fountain", "flame", "blackbird", "finch", "bell", "glass"})
             writeFileContents("sounds/samples/" + std::string(name) + ".wav", name);
         writeFileContents("sounds/streams/courtyard.ogg", "music");
         data = std::make_unique<GameData>(*engine, DataSource{"sounds/", ""});
+        scene.hasCourtyard = true;
         scene.fountain = {1, 2, 3};
         scene.lamps = {Vector3<float>(10, 0, 4), Vector3<float>(20, 0, 4), Vector3<float>(30, 0, 4)};
         scene.treeTops = {{0, 40, 8}, {0, 50, 8}, {0, 60, 8}};

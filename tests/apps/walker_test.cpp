@@ -169,8 +169,33 @@ TEST(Walker, followsTheLandUpAndDown)
         ASSERT_NEAR(walker.getFeet().z, 3 + std::fabs(walker.getFeet().x) / 4, 0.03f) << i;
     }
     EXPECT_NEAR(walker.getFeet().x, 7, 0.1f);
-    walk(walker, obstacles, {100, 0, 0}, 5);
-    EXPECT_LT(walker.getFeet().x, 117); // the end of the world
+}
+
+TEST(Walker, fallsOverTheRimOfTheLand)
+{
+    Scene scene;
+    scene.land = std::make_shared<Terrain>(1, 1, 4); // from -4 to 4
+    const Obstacles obstacles(scene);
+    Walker walker({3, 0, 0});
+    walk(walker, obstacles, {2, 0, 0}, 2);
+    EXPECT_NEAR(walker.getFeet().x, 7, 0.1f);
+    EXPECT_LT(walker.getFeet().z, -5);
+}
+
+TEST(Walker, landLiesWhereItsPointsAre)
+{
+    Scene scene;
+    auto land = std::make_shared<Terrain>(1, 1, 4);
+    land->modify([](int column, int,
+                    const Vector3<float>& p) { return p + Vector3<float>(100, 50, static_cast<float>(column)); },
+                 0);
+    scene.land = land;
+    const Obstacles obstacles(scene);
+    EXPECT_FLOAT_EQ(obstacles.getGroundHeight(96, 50), 0);
+    EXPECT_FLOAT_EQ(obstacles.getGroundHeight(98, 47), 0.5f);
+    EXPECT_FLOAT_EQ(obstacles.getGroundHeight(104, 54), 2);
+    EXPECT_LT(obstacles.getGroundHeight(0, 0), -1e5f);
+    EXPECT_LT(obstacles.getGroundHeight(100, 54.1f), -1e5f);
 }
 
 TEST(Walker, whoStartsInsideCanLeave)
@@ -314,4 +339,11 @@ TEST_F(Gatehouse, landIsWhereItIsDrawn)
         ASSERT_NEAR(obstacles.getGroundHeight(middle.x, middle.y), middle.z, 1e-3f);
     }
     EXPECT_LT(Obstacles(Scene()).getGroundHeight(0, 0), -1e5f);
+}
+
+TEST_F(Gatehouse, nobodyLeavesTheLand)
+{
+    Walker walker({0, -60, 5});
+    walk(walker, Obstacles(scene), {100, 0, 0}, 5);
+    EXPECT_FLOAT_EQ(walker.getFeet().x, 116);
 }
