@@ -29,7 +29,8 @@ const char* const footer = R"(Keys:
 
 In the picture of the map the right mouse button looks around, W A S D, Q and E
 fly, with Shift fast, and the wheel goes forwards and back. With the tool to
-select, dragging moves, with Alt or Ctrl up and down, with Shift the side of a box.
+select, dragging moves, with Alt or Ctrl up and down, with Shift one side of a
+box.
 
 Exit status:
   0    all is well
@@ -38,8 +39,8 @@ Exit status:
   4    no video driver, no window or no OpenGL 3.2
   5    the picture of a session cannot be written
 
-With XUM_MESSAGE_BOXES=0 in the environment messages go to standard error. docs/editor.md
-tells more.)";
+With XUM_MESSAGE_BOXES=0 in the environment messages go to standard error.
+docs/editor.md tells more.)";
 
 std::string checkSize(const std::string& text)
 {

@@ -39,6 +39,7 @@ std::optional<Entry> enter(const Ray& ray, const std::vector<SideSource>& sides,
 std::optional<double> enterBox(const Ray& ray, const Vector3<double>& middle, double half)
 {
     std::vector<SideSource> sides;
+    sides.reserve(boxSides.size());
     for (const BoxSide& side : boxSides) sides.push_back({side.normal, half, ""});
     const std::optional<Entry> entry = enter(ray, sides, middle);
     if (!entry) return std::nullopt;
@@ -59,8 +60,9 @@ std::optional<double> meetTerrain(const MapDocument& document, const Ray& ray)
         return point.z < *height ? Place::Below : Place::Above;
     };
     Place before = placeAt(0);
-    const double reach = std::min(farthest, step * 20000);
-    for (double distance = step; distance < reach; distance += step) {
+    const int steps = static_cast<int>(std::min(farthest / step, 20000.0));
+    for (int i = 1; i < steps; ++i) {
+        const double distance = i * step;
         const Place now = placeAt(distance);
         if (before != Place::Above || now != Place::Below) {
             before = now;
@@ -68,7 +70,7 @@ std::optional<double> meetTerrain(const MapDocument& document, const Ray& ray)
         }
         double above = distance - step;
         double below = distance;
-        for (int i = 0; i < 30; ++i) {
+        for (int halving = 0; halving < 30; ++halving) {
             const double middle = (above + below) / 2;
             (placeAt(middle) == Place::Below ? below : above) = middle;
         }

@@ -56,7 +56,7 @@ std::string findSettingsFile()
 {
     char* const directory = SDL_GetPrefPath("xum-engine", "editor");
     if (directory == nullptr) return {};
-    const std::string fileName = std::string(directory) + "editor.cfg";
+    std::string fileName = std::string(directory) + "editor.cfg";
     SDL_free(directory);
     return fileName;
 }

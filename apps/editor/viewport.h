@@ -7,7 +7,8 @@ class InputDevice;
 
 /// What the mouse does in the picture of the map. With the right button it looks around while W A S D, Q and E fly;
 /// with the left one it does what the tool does:
-/// - Select: chooses; dragging moves along the ground, with Alt or Ctrl up and down, with Shift the side that was clicked.
+/// - Select: chooses; dragging moves along the ground, with Alt or Ctrl up and down, with Shift the side that was
+/// clicked.
 /// - Box: draws the foot of a new box. - Terrain: shapes the land. - Object: places one.
 class Viewport {
 public:

@@ -63,7 +63,7 @@ TEST_F(EditorProgram, helpNamesOptionsKeysAndExitStatuses)
                              "F12",
                              "`",
                              "right mouse button",
-                             "Shift the side",
+                             "Shift one side",
                              "  0  ",
                              "  2  ",
                              "  3  ",
