@@ -65,6 +65,7 @@ Level::Level(std::unique_ptr<CompiledMap> compiledMap, const std::string& fileNa
     for (const ConfigSection* section : description.getRootSection()->getAllSections()) {
         if (section->getName() == "entity") entities.push_back(readEntity(*section));
         if (section->getName() == "terrain") {
+            if (land) fail(fileName, "has more than one terrain, and one is walked on");
             land = readLand(*section);
             if (!land) fail(fileName, "has a terrain that makes no sense");
         }

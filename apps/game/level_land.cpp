@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int largest = 256; // cells, to each side
+constexpr int widest = 1000; // from point to point
 constexpr float farthest = 1e6f;
 
 /// The numbers of an entry; false when there are not just as many.
@@ -38,7 +39,7 @@ std::optional<LevelLand> readLand(const ConfigSection& section)
     const auto isMissing = [&](const char* name) { return section.getEntry(name, false) == nullptr; };
     const bool isGood = read(section, "size", 2, size) && size[0] >= 1 && size[1] >= 1 && size[0] <= largest &&
                         size[1] <= largest && (isMissing("spacing") || read(section, "spacing", 1, spacing)) &&
-                        spacing[0] >= 1 && (isMissing("origin") || read(section, "origin", 3, origin)) &&
+                        spacing[0] >= 1 && spacing[0] <= widest && (isMissing("origin") || read(section, "origin", 3, origin)) &&
                         (isMissing("scale") || read(section, "scale", 1, scale));
     if (!isGood) return std::nullopt;
     const auto columns = static_cast<std::size_t>(2 * size[0] + 1);

@@ -134,6 +134,28 @@ TEST_F(SmallLevel, unknownTextureAndMissingTextAreNamed)
     expectFailure("", "the map small.map has a text that is broken: 1:1: the text is empty");
 }
 
+TEST_F(SmallLevel, placesHaveTurns)
+{
+    const Level level = make("<map><entity><class start/><position \"1 2 3\"/><turn 90/></entity>"
+                             "<entity><class start/><position \"4 5 6\"/><turn around/></entity>"
+                             "<textures><0 wood.png/></textures><mesh><polygons \"0 0 0\"/></mesh></map>");
+    const std::vector<Place> places = level.findPlaces("start");
+    ASSERT_EQ(places.size(), 2u);
+    EXPECT_EQ(places[0].position, (Vector3<float>{11, 2, 3}));
+    EXPECT_EQ(places[0].turn, 90);
+    EXPECT_EQ(places[1].turn, 0);
+}
+
+TEST_F(SmallLevel, oneTerrainIsTheLand)
+{
+    const std::string land = "<terrain><size \"1 1\"/><heights \"0 0 0 0 5 0 0 0 0\"/></terrain>";
+    const std::string rest = "<textures><0 wood.png/></textures><mesh><polygons \"0 0 0\"/></mesh></map>";
+    EXPECT_FALSE(make("<map>" + rest).getLand());
+    EXPECT_TRUE(make("<map>" + land + rest).getLand());
+    expectFailure("<map><terrain></terrain>" + rest, "the map small.map has a terrain that makes no sense");
+    expectFailure("<map>" + land + land + rest, "the map small.map has more than one terrain, and one is walked on");
+}
+
 TEST_F(SmallLevel, surfacesHoldTheFacesOfEachTextureInTheOrderOfTheLeaves)
 {
     const std::vector<LevelSurface> surfaces = makeSurfaces(make(goodText));

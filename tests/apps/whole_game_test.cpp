@@ -1,22 +1,16 @@
-#include "compare_pictures.h"
 #include "game_tour.h"
-#include "golden_picture.h"
-#include "run_program.h"
-
-#include <xum/render/image.h>
+#include "file_contents.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <memory>
 
-// The whole game, from the title to the end.
+// The whole game on foot. With XUM_UPDATE_GOLDEN=1 in the environment it becomes the session whole_game.txt: to be done
+// when the map or the rules have changed.
 
 namespace {
 
 const std::string sessionFile = XUM_SESSION_DIRECTORY "/whole_game.txt";
-const std::string wonLine = "clock 4:15, score 003750  best 003750  lives 3  embers 12/12, "
-                            "end: All embers are safe!  Score 3750, best 3750.\n";
 
 } // namespace
 
@@ -46,16 +40,3 @@ TEST(WholeGame, everyEmberIsReachedOnFoot)
     const char* const isUpdate = std::getenv("XUM_UPDATE_GOLDEN");
     if (!HasFailure() && isUpdate != nullptr && *isUpdate == '1') writeFileContents(sessionFile, tour.getSession());
 }
-
-#ifndef _WIN32 // its arithmetic may differ in the last place, and so may the way
-TEST(WholeGame, sessionIsPlayedToItsWonEnd)
-{
-    const ProgramRun run =
-        runProgram(XUM_GAME_PROGRAM, "--fast --size 480x270 --screenshot end.bmp --play \"" + sessionFile + "\"");
-    ASSERT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(run.output, wonLine);
-    const std::unique_ptr<Image> actual(loadImage("end.bmp"));
-    ASSERT_TRUE(actual);
-    EXPECT_TRUE(matchesGoldenPicture("game-won", *actual, otherRenderer));
-}
-#endif
