@@ -42,7 +42,7 @@ public:
 private:
     using OwnedScripts = Owned<Engine, ScriptingDevice, &Engine::destroyScriptingDevice>;
 
-    static void keepLine(const char* line, void* script);
+    static void keepLine(const char* line, void* user);
     void registerFunctions(ScriptingDevice* device, Stage& actingStage);
     bool tryRules();
     bool run(const char* text);

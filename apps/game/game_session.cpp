@@ -174,6 +174,7 @@ private:
     void showTitle()
     {
         state = State::Title;
+        bytesPerMinute.reset();
         stage.clear();
         presentation.getRenderer().setLamp(true);
         stage.showText("title", name);

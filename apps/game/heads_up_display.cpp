@@ -19,7 +19,7 @@ constexpr int cellHeight = 19;
 constexpr int columns = 16;
 constexpr int firstCharacter = 32;
 
-constexpr int placeNameSize = 26; // points
+constexpr int placeNameSize = 26;   // points
 constexpr int placeNameHeight = 34; // pixels
 constexpr int helpHeight = 20;
 constexpr int keyHelpSize = 11;

@@ -39,11 +39,12 @@ std::optional<LevelLand> readLand(const ConfigSection& section)
     const auto isMissing = [&](const char* name) { return section.getEntry(name, false) == nullptr; };
     const bool isGood = read(section, "size", 2, size) && size[0] >= 1 && size[1] >= 1 && size[0] <= largest &&
                         size[1] <= largest && (isMissing("spacing") || read(section, "spacing", 1, spacing)) &&
-                        spacing[0] >= 1 && spacing[0] <= widest && (isMissing("origin") || read(section, "origin", 3, origin)) &&
+                        spacing[0] >= 1 && spacing[0] <= widest &&
+                        (isMissing("origin") || read(section, "origin", 3, origin)) &&
                         (isMissing("scale") || read(section, "scale", 1, scale));
     if (!isGood) return std::nullopt;
-    const auto columns = static_cast<std::size_t>(2 * size[0] + 1);
-    if (!read(section, "heights", columns * static_cast<std::size_t>(2 * size[1] + 1), heights)) return std::nullopt;
+    const auto columns = 2 * static_cast<std::size_t>(size[0]) + 1;
+    if (!read(section, "heights", columns * (2 * static_cast<std::size_t>(size[1]) + 1), heights)) return std::nullopt;
 
     LevelLand land;
     if (const ConfigEntry* const texture = section.getEntry("texture", false)) {

@@ -218,7 +218,7 @@ TEST_F(OwnMap, newRulesKeepTheGameAsItIs)
 
 TEST_F(OwnMap, drawsTheGoldenPictureOfTheLostGame)
 {
-    const ProgramRun run = play("wait.txt", "--fast --size 240x150 --screenshot lost.bmp --map guarded_yard.map");
+    const ProgramRun run = play("wait.txt", "--fast --size 320x180 --screenshot lost.bmp --map guarded_yard.map");
     ASSERT_EQ(run.status, 0) << run.errors;
     const std::unique_ptr<Image> actual(loadImage("lost.bmp"));
     ASSERT_TRUE(actual);
