@@ -294,7 +294,7 @@ TEST_F(GameLoop, sessionThatIsNoneIsNamed)
     } catch (const Failure& failure) {
         ::testing::internal::GetCapturedStdout();
         ::testing::internal::GetCapturedStderr();
-        EXPECT_STREQ(failure.what(), "session.txt:1: 'key sideways' is not known");
+        EXPECT_STREQ(failure.what(), "session.txt:1: 'key sideways W' is not known");
         EXPECT_EQ(failure.getStatus(), ExitStatus::BrokenData);
     }
 }
