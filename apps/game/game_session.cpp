@@ -54,8 +54,8 @@ public:
     void run()
     {
         for (std::uint64_t frame = 0; !isEnding; ++frame) {
-            if (player) player->pushEvents(frame, application.getWindow().getHandle());
             if (recorder) recorder->setFrame(frame);
+            if (player) player->pushEvents(frame, application.getWindow().getHandle());
             if (!application.getEngine().update() || !handleWindowEvents()) break;
             const std::uint32_t milliseconds = countMilliseconds(frame);
             if (isMinimized && !player && !recorder)
