@@ -15,7 +15,7 @@ std::filesystem::path findParent()
 #ifdef _WIN32
     return read("APPDATA");
 #else
-    const std::filesystem::path configured = read("XDG_CONFIG_HOME");
+    std::filesystem::path configured = read("XDG_CONFIG_HOME");
     if (configured.is_absolute()) return configured;
     const std::filesystem::path home = read("HOME");
     return home.empty() ? home : home / ".config";
