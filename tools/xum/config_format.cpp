@@ -5,6 +5,7 @@
 #include "replacement_file.h"
 #include "report.h"
 
+#include <xum/files/config_place.h>
 #include <xum/files/config_token.h>
 #include <xum/files/config_writer.h>
 #include <xum/files/file.h>

@@ -3,9 +3,9 @@
 #include "printable_text.h"
 #include "report.h"
 
+#include <xum/files/config_place.h>
 #include <xum/files/config_reader.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -69,21 +69,4 @@ std::optional<ConfigText> readConfig(const std::string& fileName)
         return {};
     }
     return config;
-}
-
-std::string describePlace(const std::string& text, std::size_t position)
-{
-    const std::size_t end = std::min(position, text.size());
-    std::uint64_t line = 1;
-    std::uint64_t column = 1;
-    for (std::size_t i = 0; i < end; ++i) {
-        const bool continuesCharacter = (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
-        if (text[i] == '\n') {
-            ++line;
-            column = 1;
-        } else if (!continuesCharacter) {
-            ++column;
-        }
-    }
-    return std::to_string(line) + ":" + std::to_string(column);
 }

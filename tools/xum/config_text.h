@@ -2,7 +2,6 @@
 
 #include <xum/files/config_section.h>
 
-#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +16,3 @@ struct ConfigText {
 /// Reads a file, or standard input for "-". Without a value when it cannot be read or is no configuration; that is
 /// reported, the latter as "FILE:LINE:COLUMN: the engine's message". Of an empty text the engine's warning is reported.
 std::optional<ConfigText> readConfig(const std::string& fileName);
-
-/// "LINE:COLUMN" of a position in a text: counted from 1, columns in characters of UTF-8.
-std::string describePlace(const std::string& text, std::size_t position);
