@@ -1,6 +1,7 @@
 #include "headless.h"
 #include "null_render_device.h"
 #include "plain_drawing.h"
+#include "plain_gl.h"
 
 #include <xum/engine/engine.h>
 #include <xum/engine/window.h>
@@ -123,24 +124,6 @@ struct PlainScene {
 };
 
 PlainScene scene;
-
-GLuint compilePlain(GLenum type, const char* text)
-{
-    const GLuint shader = glCreateShader(type);
-    glShaderSource(shader, 1, &text, nullptr);
-    glCompileShader(shader);
-    return shader;
-}
-
-template <class Element>
-void fillPlain(GLuint location, GLuint buffer, const std::vector<Element>& values, GLenum usage)
-{
-    glBindBuffer(GL_ARRAY_BUFFER, buffer);
-    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(values.size() * sizeof(Element)), values.data(), usage);
-    glEnableVertexAttribArray(location);
-    glVertexAttribPointer(location, static_cast<GLint>(sizeof(Element) / sizeof(float)), GL_FLOAT, GL_FALSE, 0,
-                          nullptr);
-}
 
 void makePlainScene(const Image& picture)
 {

@@ -1,4 +1,5 @@
 #include "headless.h"
+#include "plain_gl.h"
 
 #include <xum/engine/engine.h>
 #include <xum/engine/window.h>
@@ -84,24 +85,12 @@ struct PlainScene {
 
 PlainScene plain;
 
-GLuint compilePlain(GLenum type, const char* text)
-{
-    const GLuint shader = glCreateShader(type);
-    glShaderSource(shader, 1, &text, nullptr);
-    glCompileShader(shader);
-    return shader;
-}
-
 template <class Element>
 GLuint uploadPlain(GLuint location, const std::vector<Element>& values, GLenum usage)
 {
     GLuint buffer = 0;
     glGenBuffers(1, &buffer);
-    glBindBuffer(GL_ARRAY_BUFFER, buffer);
-    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(values.size() * sizeof(Element)), values.data(), usage);
-    glEnableVertexAttribArray(location);
-    glVertexAttribPointer(location, static_cast<GLint>(sizeof(Element) / sizeof(float)), GL_FLOAT, GL_FALSE, 0,
-                          nullptr);
+    fillPlain(location, buffer, values, usage);
     return buffer;
 }
 

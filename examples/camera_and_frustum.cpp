@@ -3,28 +3,9 @@
 #include "backdrop.h"
 #include "camera_view.h"
 #include "example_run.h"
+#include "shaded_program.h"
 
 namespace {
-
-const std::string vertexText = R"(#version 150
-in vec3 position;
-in vec3 normal;
-uniform vec3 offset;
-uniform mat4 viewProjection;
-out float brightness;
-void main()
-{
-    brightness = 0.4 + 0.6 * max(dot(normal, vec3(0.48, -0.6, 0.64)), 0.0);
-    gl_Position = vec4(position + offset, 1.0) * viewProjection;
-}
-)";
-const std::string fragmentText = R"(#version 150
-in float brightness;
-uniform vec4 shade;
-uniform bool isLit;
-out vec4 color;
-void main() { color = vec4(isLit ? shade.rgb * brightness : shade.rgb, shade.a); }
-)";
 
 const float sight = 16; // a frustum has no far plane: this one ends here
 const float ballRadius = 0.6f;
@@ -103,7 +84,7 @@ int main(int argc, char** argv)
     VertexBuffer* ball = mesh->createVertexBuffer(device);
     const Polygon floor(
         {{{-14, -14, 0}, {0, 0}}, {{14, -14, 0}, {1, 0}}, {{14, 14, 0}, {1, 1}}, {{-14, 14, 0}, {0, 1}}});
-    Program* program = makeProgram(device, vertexText, fragmentText);
+    Program* program = makeProgram(device, shadedVertexText, shadedFragmentText);
     auto backdrop = std::make_unique<Backdrop>(device);
     while (run.update(engine)) {
         Camera watched;

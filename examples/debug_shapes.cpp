@@ -2,32 +2,8 @@
 #include "backdrop.h"
 #include "camera_view.h"
 #include "example_run.h"
+#include "shaded_program.h"
 #include "text_program.h"
-
-namespace {
-
-// The shapes bring positions alone: colour and place are the program's affair.
-const std::string vertexText = R"(#version 150
-in vec3 position;
-in vec3 normal;
-uniform vec3 offset;
-uniform mat4 viewProjection;
-out float brightness;
-void main()
-{
-    brightness = 0.4 + 0.6 * max(dot(normal, vec3(0.48, -0.6, 0.64)), 0.0);
-    gl_Position = vec4(position + offset, 1.0) * viewProjection;
-}
-)";
-const std::string fragmentText = R"(#version 150
-in float brightness;
-uniform vec3 shade;
-uniform bool isLit;
-out vec4 color;
-void main() { color = vec4(isLit ? shade * brightness : shade, 1.0); }
-)";
-
-} // namespace
 
 int main(int argc, char** argv)
 {
@@ -47,7 +23,7 @@ int main(int argc, char** argv)
     const float radius = length(box.maximum - center);
     std::cout << "the urn fits a sphere of radius " << std::lround(radius * 100) << " hundredths\n";
 
-    Program* program = makeProgram(device, vertexText, fragmentText);
+    Program* program = makeProgram(device, shadedVertexText, shadedFragmentText);
     auto backdrop = std::make_unique<Backdrop>(device);
     while (run.update(engine)) {
         const Vector2<int> size = window->getSize();
@@ -57,7 +33,7 @@ int main(int argc, char** argv)
         device->useProgram(program);
         device->setUniform("viewProjection", viewProjection(lookAt(eye, center, size)));
         const auto use = [&](const Vector3<float>& color, const Vector3<float>& offset) {
-            device->setUniform("shade", color).setUniform("offset", offset).setUniform("isLit", 0);
+            device->setUniform("shade", Vector4<float>(color, 1)).setUniform("offset", offset).setUniform("isLit", 0);
         };
 
         // A floor of lines below the urn, and the axes: red x, green y, blue z.
