@@ -28,18 +28,38 @@ std::string findGame()
 #endif
 }
 
+/// 0, or the system's number for why the program does not start.
 #ifdef _WIN32
-std::string quote(const std::string& argument)
+int spawn(const std::string& program, const std::vector<std::string>& arguments, long long& outProcess)
 {
-    return '"' + argument + '"'; // file names hold no quotes there
+    const auto quote = [](const std::string& argument) { return '"' + argument + '"'; }; // names hold no quotes there
+    std::vector<std::string> copies = {quote(program)};
+    for (const std::string& argument : arguments) copies.push_back(quote(argument));
+    std::vector<const char*> pointers;
+    for (const std::string& argument : copies) pointers.push_back(argument.c_str());
+    pointers.push_back(nullptr);
+    outProcess = _spawnv(_P_NOWAIT, program.c_str(), pointers.data());
+    return outProcess == -1 ? errno : 0;
+}
+#else
+int spawn(const std::string& program, const std::vector<std::string>& arguments, long long& outProcess)
+{
+    std::vector<std::string> copies = {program};
+    copies.insert(copies.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
+    for (std::string& argument : copies) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    pid_t child = 0;
+    const int failure = posix_spawn(&child, program.c_str(), nullptr, nullptr, pointers.data(), environ);
+    outProcess = child;
+    return failure;
 }
 #endif
 
 } // namespace
 
 GameLauncher::GameLauncher(std::string program) : program(program.empty() ? findGame() : std::move(program)) {}
-
-#ifdef _WIN32
 
 bool GameLauncher::start(const std::vector<std::string>& arguments, std::string& outProblem)
 {
@@ -49,20 +69,16 @@ bool GameLauncher::start(const std::vector<std::string>& arguments, std::string&
         outProblem = "The game is still running";
         return false;
     }
-    std::vector<std::string> quoted = {quote(program)};
-    for (const std::string& argument : arguments) quoted.push_back(quote(argument));
-    std::vector<const char*> pointers;
-    pointers.reserve(quoted.size() + 1);
-    for (const std::string& argument : quoted) pointers.push_back(argument.c_str());
-    pointers.push_back(nullptr);
-    const auto handle = _spawnv(_P_NOWAIT, program.c_str(), pointers.data());
-    if (handle == -1) {
-        outProblem = "The game " + program + " does not start: " + std::strerror(errno);
+    long long started = 0;
+    if (const int failure = spawn(program, arguments, started)) {
+        outProblem = "The game " + program + " does not start: " + std::strerror(failure);
         return false;
     }
-    process = handle;
+    process = started;
     return true;
 }
+
+#ifdef _WIN32
 
 bool GameLauncher::hasEnded(std::string& outMessage)
 {
@@ -76,30 +92,6 @@ bool GameLauncher::hasEnded(std::string& outMessage)
 }
 
 #else
-
-bool GameLauncher::start(const std::vector<std::string>& arguments, std::string& outProblem)
-{
-    std::string ignored;
-    hasEnded(ignored);
-    if (process != 0) {
-        outProblem = "The game is still running";
-        return false;
-    }
-    std::vector<std::string> copies = {program};
-    copies.insert(copies.end(), arguments.begin(), arguments.end());
-    std::vector<char*> pointers;
-    pointers.reserve(copies.size() + 1);
-    for (std::string& argument : copies) pointers.push_back(argument.data());
-    pointers.push_back(nullptr);
-    pid_t child = 0;
-    const int failure = posix_spawn(&child, program.c_str(), nullptr, nullptr, pointers.data(), environ);
-    if (failure != 0) {
-        outProblem = "The game " + program + " does not start: " + std::strerror(failure);
-        return false;
-    }
-    process = child;
-    return true;
-}
 
 bool GameLauncher::hasEnded(std::string& outMessage)
 {

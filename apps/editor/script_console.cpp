@@ -1,13 +1,11 @@
 #include "script_console.h"
 
-#include "environment.h"
+#include "failure.h"
 
 #include <xum/lisp/scripting_device.h>
 
 #include <cmath>
-#include <filesystem>
 #include <sstream>
-#include <system_error>
 
 namespace {
 
@@ -66,16 +64,13 @@ std::string describe(const ScriptValue& value)
 ScriptConsole::ScriptConsole(Engine& engine, GameData& data, Editor& editor, Viewport& viewport)
     : editor(editor), viewport(viewport), scripts(nullptr, {&engine})
 {
-    // Without these the device would ask the user to close a message box that names none of them.
-    for (const char* name : {"base/base", "engine", "editor", "game", "editor-commands"}) {
-        const std::string fileName = data.getLocalRoot() + "lisp/" + name + ".lisp";
-        std::error_code failure;
-        if (std::filesystem::is_regular_file(fileName, failure)) continue;
-        print("There are no scripts: cannot read the file " + fileName);
+    try {
+        data.read(data.getFileName(scriptDirectory, "editor-commands.lisp"));
+        scripts = startScripts(engine, data);
+    } catch (const Failure& failure) {
+        print(std::string("There are no scripts: ") + failure.what());
         return;
     }
-    setEnvironmentVariable("XUM_DATA_ROOT", data.getLocalRoot().c_str()); // there the engine looks for its scripts
-    scripts.reset(engine.createScriptingDevice());
     if (!scripts) {
         print("There are no scripts: not enough memory");
         return;

@@ -1,14 +1,12 @@
 #pragma once
 
 #include "editor_functions.h"
-#include "game_data.h"
+#include "base_scripts.h"
 #include "viewport.h"
 
 #include <deque>
 #include <string>
 #include <vector>
-
-class ScriptingDevice;
 
 /// The script language in the editor: what scripts can do to the map, and a place to type it. The commands that are
 /// made of those functions are in lisp/editor-commands.lisp.
@@ -41,8 +39,6 @@ public:
     };
 
 private:
-    using OwnedScripts = Owned<Engine, ScriptingDevice, &Engine::destroyScriptingDevice>;
-
     static void keepLine(const char* line, void* console);
     void print(const std::string& line);
     void registerFunctions();

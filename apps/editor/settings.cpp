@@ -1,31 +1,16 @@
 #include "settings.h"
 
-#include "replaced_file.h"
-#include "text_as_file.h"
-
-#include <xum/files/config_check.h>
-#include <xum/files/config_file.h>
+#include "settings_file.h"
 
 #include <SDL.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
-#include <system_error>
 
 namespace {
 
 constexpr std::size_t mostRecentFiles = 8;
-
-void add(ConfigSection& section, const std::string& name, const std::string& value)
-{
-    auto* const entry = new ConfigEntry(name);
-    entry->setValue(value);
-    section.addEntry(entry);
-}
 
 std::string format(double number)
 {
@@ -64,18 +49,9 @@ std::string findSettingsFile()
 Settings readSettings(const std::string& fileName, std::string& outProblem)
 {
     Settings settings;
-    outProblem.clear();
-    std::error_code failure;
-    if (fileName.empty() || !std::filesystem::is_regular_file(fileName, failure)) return settings;
-    std::ifstream file(fileName, std::ios::binary);
-    const std::string text(std::istreambuf_iterator<char>(file), {});
-    if (!checkConfigText(text, outProblem)) {
-        outProblem = "the settings in " + fileName + " are broken: " + outProblem;
-        return settings;
-    }
-    TextAsFile source(text);
-    const ConfigFile config(&source, fileName);
-    const ConfigSection& root = *config.getRootSection();
+    const std::unique_ptr<ConfigFile> file = readSettingsFile(fileName, outProblem);
+    if (!file) return settings;
+    const ConfigSection& root = *file->getRootSection();
     read(root, "width", 320, 16384, settings.windowSize.x);
     read(root, "height", 240, 16384, settings.windowSize.y);
     read(root, "grid", 0, 1000, settings.grid);
@@ -93,21 +69,17 @@ Settings readSettings(const std::string& fileName, std::string& outProblem)
 bool writeSettings(const Settings& settings, const std::string& fileName, std::string& outProblem)
 {
     auto root = std::make_unique<ConfigSection>("editor");
-    add(*root, "width", std::to_string(settings.windowSize.x));
-    add(*root, "height", std::to_string(settings.windowSize.y));
-    add(*root, "grid", format(settings.grid));
-    add(*root, "camera-speed", format(settings.cameraSpeed));
-    add(*root, "mouse-speed", format(settings.mouseSpeed));
-    add(*root, "autosave-seconds", std::to_string(settings.autosaveSeconds));
+    addEntry(*root, "width", std::to_string(settings.windowSize.x));
+    addEntry(*root, "height", std::to_string(settings.windowSize.y));
+    addEntry(*root, "grid", format(settings.grid));
+    addEntry(*root, "camera-speed", format(settings.cameraSpeed));
+    addEntry(*root, "mouse-speed", format(settings.mouseSpeed));
+    addEntry(*root, "autosave-seconds", std::to_string(settings.autosaveSeconds));
     for (const std::string& name : settings.recentFiles) {
         if (name.find_first_of("\"<>\r\n") != std::string::npos) continue; // could not be read back
-        auto* const section = new ConfigSection("recent");
-        root->addSection(section);
-        add(*section, "name", name);
+        addEntry(addSection(*root, "recent"), "name", name);
     }
-    const ConfigFile file(root.release());
-    return replaceFile(
-        fileName, [&](const std::string& otherName) { return file.write(otherName); }, outProblem);
+    return writeSettingsFile(ConfigFile(root.release()), fileName, outProblem);
 }
 
 void addRecentFile(Settings& settings, const std::string& fileName)

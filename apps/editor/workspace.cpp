@@ -9,6 +9,7 @@
 #include "labels.h"
 #include "map_files.h"
 #include "panels.h"
+#include "picture.h"
 
 #include <xum/engine/system_device.h>
 #include <xum/engine/window.h>
@@ -24,17 +25,6 @@
 namespace {
 
 using OwnedSystemDevice = Owned<Engine, SystemDevice, &Engine::destroySystemDevice>;
-
-/// "screenshot-001.bmp", or the next number whose file does not exist yet.
-std::string findFreePictureName()
-{
-    for (unsigned int number = 1;; ++number) {
-        char name[32];
-        std::snprintf(name, sizeof name, "screenshot-%03u.bmp", number);
-        std::error_code failure;
-        if (!std::filesystem::exists(name, failure)) return name;
-    }
-}
 
 class Workspace {
 public:

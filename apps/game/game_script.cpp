@@ -6,16 +6,12 @@
 
 #include <xum/engine/log.h>
 #include <xum/lisp/script_host.h>
-#include <xum/lisp/scripting_device.h>
 
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
 namespace {
-
-const char* const scriptDirectory = "lisp/";
-const char* const scriptNames[] = {"base/base.lisp", "engine.lisp", "editor.lisp", "game.lisp"};
 
 // What scripts of a wrong idea may ask for; the world is small.
 constexpr double farthest = 1e6;
@@ -118,11 +114,8 @@ const Function functions[] = {
 } // namespace
 
 GameScript::GameScript(Engine& engine, GameData& data, Stage& stage)
-    : engine(engine), stage(stage), scripts(nullptr, {&engine})
+    : engine(engine), stage(stage), scripts(startScripts(engine, data))
 {
-    for (const char* script : scriptNames) data.provideFile(data.getFileName(scriptDirectory, script));
-    setEnvironmentVariable("XUM_DATA_ROOT", data.getLocalRoot().c_str()); // there the engine looks for its scripts
-    scripts.reset(engine.createScriptingDevice());
     if (!scripts) throw Failure(ExitStatus::BrokenData, "not enough memory for scripts");
     setScriptPrint(scripts.get(), keepLine, this);
     registerFunctions(scripts.get(), stage);

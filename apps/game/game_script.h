@@ -1,6 +1,6 @@
 #pragma once
 
-#include "game_data.h"
+#include "base_scripts.h"
 #include "stage.h"
 
 #include <xum/engine/export.h>
@@ -8,8 +8,6 @@
 #include <cstdint>
 #include <string>
 #include <utility>
-
-class ScriptingDevice;
 
 /// The rules, in lisp/game.lisp: the script decides, the stage does.
 class GameScript {
@@ -40,8 +38,6 @@ public:
     std::int64_t countBytes();
 
 private:
-    using OwnedScripts = Owned<Engine, ScriptingDevice, &Engine::destroyScriptingDevice>;
-
     static void keepLine(const char* line, void* user);
     void registerFunctions(ScriptingDevice* device, Stage& actingStage);
     bool tryRules();

@@ -1,45 +1,12 @@
 #include "game_settings.h"
 
-#include "replaced_file.h"
-#include "text_as_file.h"
+#include "settings_file.h"
 #include "user_directory.h"
 
-#include <xum/files/config_check.h>
-#include <xum/files/config_file.h>
-
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
-#include <optional>
-#include <system_error>
 
 namespace {
-
-void add(ConfigSection& section, const std::string& name, const std::string& value)
-{
-    auto* const entry = new ConfigEntry(name);
-    entry->setValue(value);
-    section.addEntry(entry);
-}
-
-/// Null without a file, and for a broken one, which is a problem.
-std::unique_ptr<ConfigFile> readFile(const std::string& fileName, GameSettings& settings, std::string& outProblems)
-{
-    std::error_code failure;
-    if (fileName.empty() || !std::filesystem::is_regular_file(fileName, failure)) return nullptr;
-    std::ifstream file(fileName, std::ios::binary);
-    const std::string text(std::istreambuf_iterator<char>(file), {});
-    std::string problem;
-    if (!checkConfigText(text, problem)) {
-        outProblems += "the settings in " + fileName + " are broken: " + problem + "\n";
-        settings.isFileBroken = true;
-        return nullptr;
-    }
-    TextAsFile source(text);
-    return std::make_unique<ConfigFile>(&source, fileName);
-}
 
 class Reader {
 public:
@@ -87,6 +54,15 @@ private:
     std::string& problems;
 };
 
+/// Null, with a note in the settings, for a file that is broken.
+std::unique_ptr<ConfigFile> readFile(const std::string& fileName, GameSettings& settings, std::string& outProblems)
+{
+    std::unique_ptr<ConfigFile> file = readSettingsFile(fileName, outProblems);
+    settings.isFileBroken = !outProblems.empty();
+    if (settings.isFileBroken) outProblems += "\n";
+    return file;
+}
+
 void readAll(const ConfigSection& root, const std::string& fileName, GameSettings& settings, std::string& problems)
 {
     Reader reader(root, fileName, problems);
@@ -108,7 +84,6 @@ std::string findGameSettingsFile()
 GameSettings readGameSettings(const std::string& fileName, KeyBindings& keys, std::string& outProblems)
 {
     GameSettings settings;
-    outProblems.clear();
     const std::unique_ptr<ConfigFile> file = readFile(fileName, settings, outProblems);
     if (!file) return settings;
     readAll(*file->getRootSection(), fileName, settings, outProblems);
@@ -133,19 +108,16 @@ bool writeGameSettings(const GameSettings& settings, const KeyBindings& keys, co
                        std::string& outProblem)
 {
     auto root = std::make_unique<ConfigSection>("game");
-    add(*root, "width", std::to_string(settings.windowSize.x));
-    add(*root, "height", std::to_string(settings.windowSize.y));
-    add(*root, "full-screen", settings.isFullscreen ? "yes" : "no");
-    add(*root, "volume", std::to_string(settings.volume));
-    add(*root, "mute", settings.isMute ? "yes" : "no");
-    auto* const section = new ConfigSection("keys");
-    root->addSection(section);
+    addEntry(*root, "width", std::to_string(settings.windowSize.x));
+    addEntry(*root, "height", std::to_string(settings.windowSize.y));
+    addEntry(*root, "full-screen", settings.isFullscreen ? "yes" : "no");
+    addEntry(*root, "volume", std::to_string(settings.volume));
+    addEntry(*root, "mute", settings.isMute ? "yes" : "no");
+    ConfigSection& section = addSection(*root, "keys");
     for (std::size_t i = 0; i < actionCount; ++i) {
         const auto action = static_cast<Action>(i);
         const std::string key = keys.getKeyName(action);
-        if (key.find_first_of("\"<>") == std::string::npos) add(*section, KeyBindings::getName(action), key);
+        if (key.find_first_of("\"<>") == std::string::npos) addEntry(section, KeyBindings::getName(action), key);
     }
-    const ConfigFile file(root.release());
-    return replaceFile(
-        fileName, [&](const std::string& otherName) { return file.write(otherName); }, outProblem);
+    return writeSettingsFile(ConfigFile(root.release()), fileName, outProblem);
 }

@@ -1,32 +1,18 @@
 #include "landscape.h"
 
-#include "environment.h"
+#include "base_scripts.h"
 #include "failure.h"
 
 #include <xum/lisp/script_host.h>
-#include <xum/lisp/scripting_device.h>
 
 #include <cmath>
 
 namespace {
 
-using OwnedScripts = Owned<Engine, ScriptingDevice, &Engine::destroyScriptingDevice>;
-
 constexpr int halfSize = 40; // cells
 constexpr int spacing = 3;
 constexpr int smoothPasses = 2;
 constexpr double highest = 10000; // no number at all is no height either
-
-const char* const scriptDirectory = "lisp/";
-const char* const baseScripts[] = {"base/base.lisp", "engine.lisp", "editor.lisp", "game.lisp"};
-
-/// Where an engine finds its base scripts and the script of the land: the same directory.
-OwnedScripts startScripts(Engine& engine, GameData& data)
-{
-    for (const char* script : baseScripts) data.provideFile(data.getFileName(scriptDirectory, script));
-    setEnvironmentVariable("XUM_DATA_ROOT", data.getLocalRoot().c_str());
-    return {engine.createScriptingDevice(), {&engine}};
-}
 
 /// The first error; a wrong script goes on, and so do its messages. What else it prints is nobody's concern.
 void keepFirstError(const char* line, void* user)
