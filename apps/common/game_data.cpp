@@ -1,6 +1,7 @@
 #include "game_data.h"
 
 #include "failure.h"
+#include "path_name.h"
 
 #include <xum/files/cache.h>
 #include <xum/files/resource_manager.h>
@@ -42,7 +43,7 @@ std::string makeTemporaryDirectory()
     std::random_device chance;
     for (int attempt = 0; attempt < 100 && !failure; ++attempt) {
         const std::filesystem::path directory = parent / ("xum-game-" + std::to_string(chance()));
-        if (std::filesystem::create_directory(directory, failure)) return directory.generic_string() + "/";
+        if (std::filesystem::create_directory(directory, failure)) return nameOf(directory) + "/";
     }
     throw Failure(ExitStatus::BrokenData, "cannot make a temporary directory");
 }
@@ -95,6 +96,6 @@ std::string GameData::provideFile(const std::string& fileName)
     std::ofstream file(copy, std::ios::binary);
     file.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
     file.close();
-    if (!file) throw Failure(ExitStatus::BrokenData, "cannot write the temporary file " + copy.generic_string());
-    return copy.generic_string();
+    if (!file) throw Failure(ExitStatus::BrokenData, "cannot write the temporary file " + nameOf(copy));
+    return nameOf(copy);
 }

@@ -1,5 +1,7 @@
 #include "replaced_file.h"
 
+#include "path_name.h"
+
 #include <filesystem>
 #include <fstream>
 #include <system_error>
@@ -23,7 +25,7 @@ std::string findObstacle(const fs::path& place)
     if (fs::is_directory(place, failure)) return "it is a directory";
     if (fs::exists(place, failure) && !fs::is_regular_file(place, failure)) return "it is no plain file";
     const fs::path parent = place.has_parent_path() ? place.parent_path() : fs::path(".");
-    if (!fs::is_directory(parent, failure)) return "there is no directory " + parent.generic_string();
+    if (!fs::is_directory(parent, failure)) return "there is no directory " + nameOf(parent);
     return {};
 }
 
@@ -31,8 +33,8 @@ std::string findObstacle(const fs::path& place)
 std::string tryToReplace(const fs::path& place, const fs::path& other,
                          const std::function<bool(const std::string& otherName)>& write)
 {
-    if (!std::ofstream(other)) return "cannot make " + other.generic_string() + " beside it";
-    if (!write(other.string())) return "the disk may be full";
+    if (!std::ofstream(other)) return "cannot make " + nameOf(other) + " beside it";
+    if (!write(nameOf(other))) return "the disk may be full";
     std::error_code failure;
     const fs::perms permissions = fs::status(place, failure).permissions();
     if (!failure && fs::exists(place, failure)) fs::permissions(other, permissions, failure); // as the older one's
@@ -48,7 +50,8 @@ bool replaceFile(const std::string& fileName, const std::function<bool(const std
     const fs::path place = followLink(fileName);
     std::string obstacle = findObstacle(place);
     if (obstacle.empty()) {
-        const fs::path other = place.string() + ".new";
+        fs::path other = place;
+        other += ".new";
         std::error_code ignored;
         const bool isOurs = !fs::is_directory(other, ignored);
         obstacle = tryToReplace(place, other, write);

@@ -1,5 +1,7 @@
 #include "user_directory.h"
 
+#include "path_name.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -30,5 +32,5 @@ std::string findUserDirectory()
     if (parent.empty()) return {};
     std::error_code failure;
     std::filesystem::create_directories(parent / "xum-engine", failure);
-    return failure ? "" : (parent / "xum-engine").generic_string() + "/";
+    return failure ? "" : nameOf(parent / "xum-engine") + "/";
 }

@@ -1,6 +1,7 @@
 #include "editor.h"
 
 #include "map_files.h"
+#include "path_name.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -157,7 +158,7 @@ bool Editor::compile(std::string& outFileName)
         say("The map has no name yet: save it first");
         return false;
     }
-    outFileName = std::filesystem::path(fileName).replace_extension(".map").generic_string();
+    outFileName = nameOf(std::filesystem::path(fileName).replace_extension(".map"));
     std::string problem;
     if (!compileMapFile(document, outFileName, problem)) {
         say(problem);

@@ -1,5 +1,7 @@
 #include "game_launcher.h"
 
+#include "path_name.h"
+
 #include <SDL.h>
 
 #include <cerrno>
@@ -19,12 +21,12 @@ namespace {
 std::string findGame()
 {
     char* const directory = SDL_GetBasePath();
-    std::string program = directory == nullptr ? "" : directory;
+    const std::filesystem::path here = directory == nullptr ? "" : pathOfUtf8(directory);
     SDL_free(directory);
 #ifdef _WIN32
-    return program + "xum-game.exe";
+    return nameOf(here / "xum-game.exe");
 #else
-    return program + "xum-game";
+    return nameOf(here / "xum-game");
 #endif
 }
 
@@ -32,7 +34,11 @@ std::string findGame()
 #ifdef _WIN32
 int spawn(const std::string& program, const std::vector<std::string>& arguments, long long& outProcess)
 {
-    const auto quote = [](const std::string& argument) { return '"' + argument + '"'; }; // names hold no quotes there
+    // Names hold no quotes there. Backslashes count twice where they stand before one.
+    const auto quote = [](const std::string& argument) {
+        const std::size_t end = argument.find_last_not_of('\\') + 1;
+        return '"' + argument + argument.substr(end) + '"';
+    };
     std::vector<std::string> copies = {quote(program)};
     for (const std::string& argument : arguments) copies.push_back(quote(argument));
     std::vector<const char*> pointers;

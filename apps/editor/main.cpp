@@ -1,11 +1,13 @@
 #include "failure.h"
 #include "options.h"
+#include "path_name.h"
 #include "workspace.h"
 
 #include <cstdio>
 
 int main(int argc, char** argv)
 {
+    readNarrowNamesAsTheSystemDoes();
     int status = static_cast<int>(ExitStatus::Success);
     const std::optional<EditorOptions> options = readOptions(argc, argv, status);
     if (!options) return status;

@@ -1,5 +1,7 @@
 #include "panels.h"
 
+#include "path_name.h"
+
 #include <SDL_scancode.h>
 #include <imgui.h>
 #include <imgui_stdlib.h>
@@ -51,7 +53,7 @@ void Panels::openDialog()
 {
     if (dialog == "Open") {
         if (directory.empty() && !editor.getFileName().empty())
-            directory = std::filesystem::path(editor.getFileName()).parent_path().generic_string();
+            directory = nameOf(std::filesystem::path(editor.getFileName()).parent_path());
         listMaps();
     }
     if (dialog == "Save as") saveName = editor.getFileName().empty() ? "map.cfg" : editor.getFileName();

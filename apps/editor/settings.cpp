@@ -1,6 +1,7 @@
 #include "settings.h"
 
 #include "settings_file.h"
+#include "user_directory.h"
 
 #include <SDL.h>
 
@@ -39,11 +40,8 @@ void read(const ConfigSection& section, const char* name, int smallest, int larg
 
 std::string findSettingsFile()
 {
-    char* const directory = SDL_GetPrefPath("xum-engine", "editor");
-    if (directory == nullptr) return {};
-    std::string fileName = std::string(directory) + "editor.cfg";
-    SDL_free(directory);
-    return fileName;
+    const std::string directory = findUserDirectory();
+    return directory.empty() ? "" : directory + "editor.cfg";
 }
 
 Settings readSettings(const std::string& fileName, std::string& outProblem)

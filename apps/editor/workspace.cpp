@@ -9,6 +9,7 @@
 #include "labels.h"
 #include "map_files.h"
 #include "panels.h"
+#include "path_name.h"
 #include "picture.h"
 
 #include <xum/engine/system_device.h>
@@ -46,7 +47,7 @@ public:
             recorder->writeWindowSize(size.x, size.y);
         }
         editor.grid = this->settings.grid;
-        const std::string directory = std::filesystem::path(settingsFile).parent_path().generic_string();
+        const std::string directory = nameOf(std::filesystem::path(settingsFile).parent_path());
         editor.setAutosaveDirectory(directory.empty() ? "" : directory + "/");
         openFirst();
     }
@@ -162,7 +163,7 @@ private:
         std::string mapFile;
         std::string problem;
         if (!editor.compile(mapFile)) return; // the message says why
-        const std::string absolute = std::filesystem::absolute(mapFile).generic_string();
+        const std::string absolute = nameOf(std::filesystem::absolute(mapFile));
         if (launcher.start({"--data", options.dataDirectory, "--map", absolute}, problem))
             editor.say("Playing " + mapFile);
         else

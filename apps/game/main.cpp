@@ -5,6 +5,7 @@
 #include "options.h"
 #include "game_session.h"
 #include "game_settings.h"
+#include "path_name.h"
 #include "play.h"
 #include "presentation.h"
 #include "scene.h"
@@ -48,6 +49,7 @@ void run(const Options& options)
 
 int main(int argc, char** argv)
 {
+    readNarrowNamesAsTheSystemDoes();
     int status = static_cast<int>(ExitStatus::Success);
     const std::optional<Options> options = readOptions(argc, argv, status);
     if (!options) return status;

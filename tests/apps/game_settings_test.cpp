@@ -3,6 +3,8 @@
 #include "engine_fixtures.h"
 #include "file_contents.h"
 
+#include <path_name.h>
+
 #include <filesystem>
 
 namespace {
@@ -186,6 +188,20 @@ TEST_F(Settings, fileLiesInTheUsersDirectoryWhichIsMade)
     EXPECT_EQ(findGameSettingsFile(), "");
     setEnvironment("XDG_CONFIG_HOME", "");
     setEnvironment("HOME", "");
+    EXPECT_EQ(findGameSettingsFile(), "");
+}
+#else
+TEST_F(Settings, fileLiesInTheUsersDirectoryWhateverLettersItsNameHas)
+{
+    readNarrowNamesAsTheSystemDoes();
+    const std::filesystem::path directory = std::filesystem::current_path() / L"J\u00F6rg \u20AC";
+    std::filesystem::create_directory(directory);
+    setEnvironment("APPDATA", nameOf(directory).c_str());
+    EXPECT_EQ(findGameSettingsFile(), nameOf(directory) + "/xum-engine/game.cfg");
+    EXPECT_TRUE(std::filesystem::is_directory(directory / "xum-engine"));
+    ASSERT_TRUE(writeGameSettings({}, keys(), findGameSettingsFile(), problems)) << problems;
+    EXPECT_TRUE(std::filesystem::is_regular_file(directory / "xum-engine" / "game.cfg"));
+    setEnvironment("APPDATA", "");
     EXPECT_EQ(findGameSettingsFile(), "");
 }
 #endif

@@ -353,9 +353,9 @@ TEST_F(GameWithItsOwnData, descriptionThatCannotBeReadStopsTheEngine)
 {
     writeFileContents("data/programs/sky.cfg", "<program>");
     const ProgramRun run = runGame("--frames 1 --data data");
-    EXPECT_EQ(run.status, 255);
+    EXPECT_EQ(run.status, fatalExitCode);
     EXPECT_EQ(run.errors, "Error: readSection() -> section needs at least 2 tokens!\n");
-    EXPECT_TRUE(contains(fileContents("log.txt"), "Reading the program data/programs/sky.cfg\nERROR: readSection()"));
+    EXPECT_TRUE(contains(fileText("log.txt"), "Reading the program data/programs/sky.cfg\nERROR: readSection()"));
 }
 
 TEST_F(GameWithItsOwnData, missingSoundsAreNamed)

@@ -5,10 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
-
-#ifndef _WIN32
-#    include <unistd.h>
+#include <thread>
 
 namespace {
 
@@ -30,12 +29,41 @@ protected:
     static std::string waitFor(GameLauncher& game)
     {
         std::string message;
-        while (!game.hasEnded(message)) usleep(1000);
+        while (!game.hasEnded(message)) std::this_thread::sleep_for(std::chrono::milliseconds(1));
         return message;
     }
 };
 
 } // namespace
+
+TEST_F(LaunchedGame, liesBesideTheEditor)
+{
+    std::string problem;
+    GameLauncher game("");
+    if (game.start({"--no-such-option"}, problem))
+        EXPECT_EQ(waitFor(game), "The game has ended with status 2");
+    else
+        EXPECT_NE(problem.find("xum-game"), std::string::npos) << problem;
+}
+
+#ifdef _WIN32
+
+TEST_F(LaunchedGame, getsItsArgumentsOneByOne)
+{
+    std::string problem;
+    GameLauncher game("");
+    ASSERT_TRUE(game.start({"--data", "with a blank\\", "--help"}, problem)) << problem;
+    EXPECT_EQ(waitFor(game), "The game has ended") << "--help is an argument of its own";
+}
+
+TEST_F(LaunchedGame, programThatIsMissingIsTold)
+{
+    std::string problem;
+    EXPECT_FALSE(GameLauncher("./none.exe").start({}, problem));
+    EXPECT_EQ(problem, "The game ./none.exe does not start: No such file or directory");
+}
+
+#else // where a script is a program, too
 
 TEST_F(LaunchedGame, getsItsArgumentsOneByOne)
 {
@@ -90,13 +118,4 @@ TEST_F(LaunchedGame, programThatIsMissingIsTold)
     EXPECT_EQ(problem, "The game ./text does not start: Permission denied");
 }
 
-TEST_F(LaunchedGame, liesBesideTheEditor)
-{
-    std::string problem;
-    GameLauncher game("");
-    if (game.start({"--no-such-option"}, problem))
-        EXPECT_EQ(waitFor(game), "The game has ended with status 2");
-    else
-        EXPECT_NE(problem.find("xum-game"), std::string::npos) << problem;
-}
 #endif

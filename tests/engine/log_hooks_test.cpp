@@ -24,6 +24,6 @@ TEST(FailureHook, endsTheProcessAsErrorDoes)
         enterOwnDirectory();
         failureHook("100% broken");
     };
-    EXPECT_EXIT(fail(), ::testing::ExitedWithCode(255), "\\[\\[Error\\|100% broken\\]\\]");
-    EXPECT_EQ(fileContents(ownLogFile()), "ERROR: 100% broken\n");
+    EXPECT_EXIT(fail(), ::testing::ExitedWithCode(fatalExitCode), "\\[\\[Error\\|100% broken\\]\\]");
+    EXPECT_EQ(fileText(ownLogFile()), "ERROR: 100% broken\n");
 }

@@ -39,7 +39,7 @@ TEST(Log, isCreatedByTheFirstReportAndNotBefore)
         std::exit(isThereALog() ? 0 : 2);
     };
     EXPECT_EXIT(report(), ExitedWithCode(0), "");
-    EXPECT_EQ(fileContents(ownLogFile()), "");
+    EXPECT_EQ(fileText(ownLogFile()), "");
 }
 
 TEST(Log, warningCreatesTheLogWithItsLine)
@@ -50,7 +50,7 @@ TEST(Log, warningCreatesTheLogWithItsLine)
         std::exit(0);
     };
     EXPECT_EXIT(report(), ExitedWithCode(0), "\\[\\[Warning\\|x\\]\\]");
-    EXPECT_EQ(fileContents(ownLogFile()), "WARNING: x\n");
+    EXPECT_EQ(fileText(ownLogFile()), "WARNING: x\n");
 }
 
 TEST(Log, errorWritesItsLineShowsABoxAndEndsTheProcess)
@@ -60,8 +60,8 @@ TEST(Log, errorWritesItsLineShowsABoxAndEndsTheProcess)
         getLog() << "before" << std::endl;
         error("x");
     };
-    EXPECT_EXIT(report(), ExitedWithCode(255), "\\[\\[Error\\|x\\]\\]");
-    EXPECT_EQ(fileContents(ownLogFile()), "before\nERROR: x\n");
+    EXPECT_EXIT(report(), ExitedWithCode(fatalExitCode), "\\[\\[Error\\|x\\]\\]");
+    EXPECT_EQ(fileText(ownLogFile()), "before\nERROR: x\n");
 }
 
 TEST(Log, errorEndsTheProcessThroughItsExitHandlers)
@@ -72,8 +72,8 @@ TEST(Log, errorEndsTheProcessThroughItsExitHandlers)
         getLog() << "not yet flushed";
         error("x");
     };
-    EXPECT_EXIT(report(), ExitedWithCode(255), "goodbye");
-    EXPECT_EQ(fileContents(ownLogFile()), "not yet flushedERROR: x\n");
+    EXPECT_EXIT(report(), ExitedWithCode(fatalExitCode), "goodbye");
+    EXPECT_EQ(fileText(ownLogFile()), "not yet flushedERROR: x\n");
 }
 
 TEST(Log, nextRunReplacesTheLog)
@@ -85,7 +85,7 @@ TEST(Log, nextRunReplacesTheLog)
         std::exit(0);
     };
     EXPECT_EXIT(report(), ExitedWithCode(0), "");
-    EXPECT_EQ(fileContents(ownLogFile()), "WARNING: new\n");
+    EXPECT_EQ(fileText(ownLogFile()), "WARNING: new\n");
 }
 
 TEST(Log, reportsOfOneRunFollowEachOther)
@@ -98,7 +98,7 @@ TEST(Log, reportsOfOneRunFollowEachOther)
         std::exit(&getLog() == &getLog() ? 0 : 1);
     };
     EXPECT_EXIT(report(), ExitedWithCode(0), "");
-    EXPECT_EQ(fileContents(ownLogFile()), "WARNING: one\ntwo\nWARNING: three\n");
+    EXPECT_EQ(fileText(ownLogFile()), "WARNING: one\ntwo\nWARNING: three\n");
 }
 
 TEST(Log, lineIsFlushedSoThatItSurvivesASuddenEnd)
@@ -109,7 +109,7 @@ TEST(Log, lineIsFlushedSoThatItSurvivesASuddenEnd)
         std::_Exit(0); // nothing is flushed here
     };
     EXPECT_EXIT(report(), ExitedWithCode(0), "");
-    EXPECT_EQ(fileContents(ownLogFile()), "WARNING: x\n");
+    EXPECT_EQ(fileText(ownLogFile()), "WARNING: x\n");
 }
 
 TEST(Log, isClosedWhenTheProcessExits)
@@ -120,7 +120,7 @@ TEST(Log, isClosedWhenTheProcessExits)
         std::exit(0);
     };
     EXPECT_EXIT(report(), ExitedWithCode(0), "");
-    EXPECT_EQ(fileContents(ownLogFile()), "a line that nobody flushed");
+    EXPECT_EQ(fileText(ownLogFile()), "a line that nobody flushed");
 }
 
 TEST(Log, staysInTheDirectoryOfTheFirstReport)
@@ -134,7 +134,7 @@ TEST(Log, staysInTheDirectoryOfTheFirstReport)
         std::exit(isThereALog() ? 1 : 0);
     };
     EXPECT_EXIT(report(), ExitedWithCode(0), "");
-    EXPECT_EQ(fileContents(ownLogFile()), "WARNING: one\nWARNING: two\n");
+    EXPECT_EQ(fileText(ownLogFile()), "WARNING: one\nWARNING: two\n");
 }
 
 TEST(Log, thatCannotBeOpenedLosesWhatIsWritten)
@@ -158,7 +158,7 @@ TEST(Log, errorWithoutALogStillEndsTheProcess)
         enterOwnDirectory();
         error("x");
     };
-    EXPECT_EXIT(report(), ExitedWithCode(255), "\\[\\[Error\\|x\\]\\]");
+    EXPECT_EXIT(report(), ExitedWithCode(fatalExitCode), "\\[\\[Error\\|x\\]\\]");
 }
 
 TEST(Log, takesEveryByteOfAMessageAndTheBoxWhatComesBeforeANul)
@@ -170,5 +170,5 @@ TEST(Log, takesEveryByteOfAMessageAndTheBoxWhatComesBeforeANul)
         std::exit(0);
     };
     EXPECT_EXIT(report(), ExitedWithCode(0), "\\[\\[Warning\\|a\\]\\]");
-    EXPECT_EQ(fileContents(ownLogFile()), std::string("WARNING: a\0b\xFF\nWARNING: \n", 24));
+    EXPECT_EQ(fileText(ownLogFile()), std::string("WARNING: a\0b\xFF\nWARNING: \n", 24));
 }

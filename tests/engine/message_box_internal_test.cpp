@@ -59,12 +59,12 @@ TEST_F(MessageBoxFunctionTest, isAskedAfterTheLogLineOfAnErrorWasFlushed)
     const auto report = [] {
         enterOwnDirectory();
         messageBoxFunction = [](std::uint32_t, const char*, const char*) {
-            std::fputs(fileContents("log.txt").c_str(), stderr);
+            std::fputs(fileText("log.txt").c_str(), stderr);
             return 0;
         };
         error("x");
     };
-    EXPECT_EXIT(report(), ::testing::ExitedWithCode(255), "^ERROR: x\n$");
+    EXPECT_EXIT(report(), ::testing::ExitedWithCode(fatalExitCode), "^ERROR: x\n$");
 }
 
 TEST_F(MessageBoxFunctionTest, resultDecidesWhatGoesToStandardError)

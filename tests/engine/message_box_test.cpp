@@ -52,7 +52,7 @@ TEST_F(MessageBox, ofAnErrorHasTheErrorIconAndNoParent)
         });
         error("something bad");
     };
-    EXPECT_EXIT(report(), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(report(), ::testing::ExitedWithCode(fatalExitCode),
                 "\\[\\[Error\\|something bad\\]\\]\n1 box, flags 10, no parent");
 }
 
@@ -69,7 +69,7 @@ TEST_F(MessageBox, ofAnErrorThatCannotBeShownIsWrittenToStandardError)
         setMessageBoxResult(-1);
         error("x");
     };
-    EXPECT_EXIT(report(), ::testing::ExitedWithCode(255), "\\]\nError: x\n");
+    EXPECT_EXIT(report(), ::testing::ExitedWithCode(fatalExitCode), "\\]\nError: x\n");
 }
 
 TEST_F(MessageBox, isNotAttemptedWhereTheEnvironmentForbidsIt)
@@ -81,7 +81,7 @@ TEST_F(MessageBox, isNotAttemptedWhereTheEnvironmentForbidsIt)
         enterOwnDirectory();
         error("y");
     };
-    EXPECT_EXIT(report(), ::testing::ExitedWithCode(255), "^Error: y\n$");
+    EXPECT_EXIT(report(), ::testing::ExitedWithCode(fatalExitCode), "^Error: y\n$");
 }
 
 TEST_F(MessageBox, isShownForEveryOtherSettingOfTheEnvironment)

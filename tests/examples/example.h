@@ -11,6 +11,6 @@ inline ProgramRun runExample(const std::string& name, const std::string& argumen
 /// What the last run put into its log when something was wrong.
 inline std::string problemsOfLog()
 {
-    const std::string log = fileContents("log.txt");
+    const std::string log = fileText("log.txt");
     return log.find("WARNING") == std::string::npos && log.find("ERROR") == std::string::npos ? "" : log;
 }

@@ -8,7 +8,7 @@ TEST(Examples, helloEngineDrawsSomeFramesAndEnds)
 {
     const ProgramRun run = runExample("hello_engine", "--frames 5");
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(fileContents("log.txt").find("WARNING"), std::string::npos);
+    EXPECT_EQ(fileText("log.txt").find("WARNING"), std::string::npos);
 }
 
 TEST(Examples, texturedQuadDrawsSomeFramesAndEnds)
@@ -17,7 +17,7 @@ TEST(Examples, texturedQuadDrawsSomeFramesAndEnds)
         const ProgramRun run =
             runExample("textured_quad", "\"" XUM_DATA_DIRECTORY "/textures/" + std::string(picture) + "\" --frames 5");
         EXPECT_EQ(run.status, 0) << run.errors;
-        EXPECT_EQ(fileContents("log.txt").find("WARNING"), std::string::npos);
+        EXPECT_EQ(fileText("log.txt").find("WARNING"), std::string::npos);
     }
 }
 

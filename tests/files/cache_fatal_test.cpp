@@ -47,9 +47,8 @@ void expectFatal(const Action& act, const std::string& message, const std::strin
         act(scene);
         std::exit(0);
     };
-    EXPECT_EXIT(run(), ExitedWithCode(255), "\\[\\[Error\\|");
-    EXPECT_EQ(fileContents(ownLogFile()),
-              "Engine initialized successfully.\n" + linesBefore + "ERROR: " + message + "\n");
+    EXPECT_EXIT(run(), ExitedWithCode(fatalExitCode), "\\[\\[Error\\|");
+    EXPECT_EQ(fileText(ownLogFile()), "Engine initialized successfully.\n" + linesBefore + "ERROR: " + message + "\n");
 }
 
 /// A picture of one pixel with a palette of two colours.

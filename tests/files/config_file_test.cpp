@@ -249,9 +249,9 @@ TEST(ConfigFile, thatIsEmptyIsOnlyLogged)
         std::exit(shownMessageBoxes().empty() && copy.write("written.cfg") ? 0 : 1);
     };
     EXPECT_EXIT(open(), ::testing::ExitedWithCode(0), "");
-    EXPECT_EQ(fileContents(ownLogFile()), "WARNING: empty config file (empty.cfg)!\n"
-                                          "WARNING: empty config file (empty.cfg)!\n"
-                                          "WARNING: empty config file (data/empty)!\n");
+    EXPECT_EQ(fileText(ownLogFile()), "WARNING: empty config file (empty.cfg)!\n"
+                                      "WARNING: empty config file (empty.cfg)!\n"
+                                      "WARNING: empty config file (data/empty)!\n");
     EXPECT_EQ(fs::file_size(ownDirectory() / "written.cfg"), 0u);
 }
 

@@ -90,7 +90,11 @@ TEST(DataRoot, isTheInstalledOneWhenTheEnvironmentIsSilent)
     EXPECT_EQ(root.back(), '/');
     EXPECT_TRUE(fs::path(root).is_absolute());
     EXPECT_EQ(fs::path(root).lexically_normal(), fs::path(root));
+#ifdef _WIN32 // where the names are the same, but the library does not see that the directories are
+    EXPECT_EQ(root, fs::absolute(fallback()).generic_string() + "/");
+#else
     EXPECT_TRUE(fs::equivalent(root, fallback())) << root << " is not " << fallback();
+#endif
     EXPECT_TRUE(fs::is_directory(root + "shaders"));
 }
 

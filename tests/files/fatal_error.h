@@ -27,6 +27,6 @@ void expectFatalError(const Act& act, const std::string& message)
         enterOwnDirectory();
         act();
     };
-    EXPECT_EXIT(report(), ::testing::ExitedWithCode(255), literally("[[Error|" + message + "]]\n"));
-    EXPECT_EQ(fileContents(ownLogFile()), "ERROR: " + message + "\n");
+    EXPECT_EXIT(report(), ::testing::ExitedWithCode(fatalExitCode), literally("[[Error|" + message + "]]\n"));
+    EXPECT_EQ(fileText(ownLogFile()), "ERROR: " + message + "\n");
 }

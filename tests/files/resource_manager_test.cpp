@@ -365,8 +365,8 @@ TEST(ResourceArchive, ofAnotherMagicIsFatal)
             EXPECT_EXIT(add(bytes), ExitedWithCode(0), "");
             continue;
         }
-        EXPECT_EXIT(add(bytes), ExitedWithCode(255), "\\[\\[Error\\|Invalid header for resource file!\\]\\]");
-        EXPECT_EQ(fileContents(ownLogFile()),
+        EXPECT_EXIT(add(bytes), ExitedWithCode(fatalExitCode), "\\[\\[Error\\|Invalid header for resource file!\\]\\]");
+        EXPECT_EQ(fileText(ownLogFile()),
                   "Engine initialized successfully.\nERROR: Invalid header for resource file!\n");
     }
 }

@@ -282,7 +282,7 @@ TEST(CompiledMapFile, givesNullWithoutAMessageForWhatIsNoFile)
     EXPECT_EQ(CompiledMap::readFromFile(""), nullptr);
     EXPECT_EQ(CompiledMap::readFromFile("."), nullptr);
     EXPECT_EQ(readMap(""), nullptr);
-    EXPECT_EQ(fileContents("log.txt"), "");
+    EXPECT_EQ(fileText("log.txt"), "");
 }
 
 TEST(CompiledMapFile, cannotBeWrittenWhereNoFileCanBe)
@@ -293,7 +293,7 @@ TEST(CompiledMapFile, cannotBeWrittenWhereNoFileCanBe)
     EXPECT_FALSE(map.writeToFile(""));
     map.getBSPMeshes().append(new BSPMesh({}, new BSP(makeLeaf())));
     EXPECT_FALSE(map.writeToFile("no/such/directory/some.map"));
-    EXPECT_EQ(fileContents("log.txt"), "");
+    EXPECT_EQ(fileText("log.txt"), "");
 }
 
 #ifdef __linux__

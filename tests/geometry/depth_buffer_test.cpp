@@ -225,12 +225,12 @@ TEST(DepthBuffer, tileThatIsNoPowerOfTwoFrom2To2048IsFatal)
 {
     const char* const message = "\\[\\[Error\\|invalid shift value for depth buffer tile!\\]\\]";
     for (const int tileSize : {1, 3, 4096}) {
-        EXPECT_EXIT(makeWithTiles(tileSize, 16), ExitedWithCode(255), message) << tileSize;
-        EXPECT_EXIT(makeWithTiles(16, tileSize), ExitedWithCode(255), message) << tileSize;
-        EXPECT_EQ(fileContents(ownLogFile()), "ERROR: invalid shift value for depth buffer tile!\n");
+        EXPECT_EXIT(makeWithTiles(tileSize, 16), ExitedWithCode(fatalExitCode), message) << tileSize;
+        EXPECT_EXIT(makeWithTiles(16, tileSize), ExitedWithCode(fatalExitCode), message) << tileSize;
+        EXPECT_EQ(fileText(ownLogFile()), "ERROR: invalid shift value for depth buffer tile!\n");
     }
     for (const int tileSize : {0, -2, std::numeric_limits<int>::min()})
-        EXPECT_EXIT(makeWithTiles(tileSize, 16), ExitedWithCode(255), message) << tileSize;
+        EXPECT_EXIT(makeWithTiles(tileSize, 16), ExitedWithCode(fatalExitCode), message) << tileSize;
     EXPECT_EXIT(makeWithTiles(2, 2048), ExitedWithCode(0), "");
 }
 

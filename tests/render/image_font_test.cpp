@@ -3,6 +3,7 @@
 #include "file_contents.h"
 #include "font_picture.h"
 #include "message_boxes.h"
+#include "own_directory.h"
 #include "resource_archive.h"
 
 #include <xum/files/resource_manager.h>
@@ -396,6 +397,6 @@ TEST_F(ImageFonts, endTheProgramForAPictureOfFewerThan24Bits)
         loadImageFontFromMemory(&device, resources, "grey.png", 8, 5, 16, 32, true);
     };
     const char* box = "\\[\\[Error\\|Only 24 and 32 bit images are supported!\\]\\]";
-    EXPECT_EXIT(load(), testing::ExitedWithCode(255), box);
-    EXPECT_EXIT(loadFromMemory(), testing::ExitedWithCode(255), box);
+    EXPECT_EXIT(load(), testing::ExitedWithCode(fatalExitCode), box);
+    EXPECT_EXIT(loadFromMemory(), testing::ExitedWithCode(fatalExitCode), box);
 }

@@ -2,6 +2,7 @@
 
 #include "file_contents.h"
 #include "message_boxes.h"
+#include "own_directory.h"
 #include "picture.h"
 
 #include <gtest/gtest.h>
@@ -61,9 +62,9 @@ void expectRefusedDepth(const std::string& name)
     const auto load = [&] { OwnedImage(loadImage(testFile(name))); };
     const auto loadFromMemory = [&] { OwnedImage(loadImageFromMemory(bytesOf(fileContents(testFile(name))))); };
     const char* box = "\\[\\[Error\\|Only 24 and 32 bit images are supported!\\]\\]";
-    EXPECT_EXIT(load(), testing::ExitedWithCode(255), box) << name;
+    EXPECT_EXIT(load(), testing::ExitedWithCode(fatalExitCode), box) << name;
     EXPECT_EQ(logLines().back(), "ERROR: Only 24 and 32 bit images are supported!");
-    EXPECT_EXIT(loadFromMemory(), testing::ExitedWithCode(255), box) << name;
+    EXPECT_EXIT(loadFromMemory(), testing::ExitedWithCode(fatalExitCode), box) << name;
 }
 
 void expectSilentNull(const std::function<Image*()>& load)

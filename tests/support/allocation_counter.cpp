@@ -1,5 +1,9 @@
 #include "allocation_counter.h"
 
+#ifdef _WIN32
+#    include "replaced_import.h"
+#endif
+
 #include <atomic>
 #include <cstdlib>
 #include <limits>
@@ -56,6 +60,36 @@ FailingAllocations::~FailingAllocations()
 {
     successesLeft = unlimited;
 }
+
+#ifdef _WIN32
+
+// Replacing the operators of this program leaves those of the engine as they are.
+namespace {
+
+template <class Function>
+bool replaceOperator(const char* name, Function* function)
+{
+    return replaceImport(name, reinterpret_cast<void*>(function));
+}
+
+using Size = std::size_t;
+using NoThrow = const std::nothrow_t&;
+
+[[maybe_unused]] const bool areReplaced = [] {
+    return replaceOperator<void*(Size)>("_Znwy", operator new) | replaceOperator<void*(Size)>("_Znay", operator new[]) |
+           replaceOperator<void*(Size, NoThrow)>("_ZnwyRKSt9nothrow_t", operator new) |
+           replaceOperator<void*(Size, NoThrow)>("_ZnayRKSt9nothrow_t", operator new[]) |
+           replaceOperator<void(void*)>("_ZdlPv", operator delete) |
+           replaceOperator<void(void*)>("_ZdaPv", operator delete[]) |
+           replaceOperator<void(void*, Size)>("_ZdlPvy", operator delete) |
+           replaceOperator<void(void*, Size)>("_ZdaPvy", operator delete[]) |
+           replaceOperator<void(void*, NoThrow)>("_ZdlPvRKSt9nothrow_t", operator delete) |
+           replaceOperator<void(void*, NoThrow)>("_ZdaPvRKSt9nothrow_t", operator delete[]);
+}();
+
+} // namespace
+
+#endif
 
 // All forms but those for large alignments, which keep their own: a mixture of ours and a sanitizer's would not match.
 

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <filesystem>
 
 namespace {
 
@@ -29,7 +30,12 @@ void DiskAudioFixture::SetUp()
     setEnvironment("SDL_DISKAUDIODELAY", "1"); // milliseconds a chunk
     engine = initEngine(false);
     ASSERT_NE(engine, nullptr);
+#ifdef _WIN32
+    fileName = (ownDirectory() / "1").string(); // SDL forgets the name when it reads the delay, and takes that for it
+    enterOwnDirectory();
+#endif
     audio = engine->createAudioDevice();
+    std::filesystem::current_path(testDirectory());
     ASSERT_NE(audio, nullptr);
     Mix_SetPostMix(countChunk, nullptr);
 }

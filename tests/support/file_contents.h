@@ -12,6 +12,13 @@ inline std::string fileContents(const std::string& fileName)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+/// The text of a file, whose lines end as the system wants it; empty when there is none.
+inline std::string fileText(const std::string& fileName)
+{
+    std::ifstream file(fileName);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
 /// The lines of the log that the library wrote into the working directory.
 inline std::vector<std::string> logLines()
 {

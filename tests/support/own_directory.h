@@ -7,6 +7,13 @@
 #include <filesystem>
 #include <string>
 
+/// What the system says of a process that ended with exit(-1), as after a fatal error.
+#ifdef _WIN32
+constexpr int fatalExitCode = -1;
+#else
+constexpr int fatalExitCode = 255;
+#endif
+
 /// A directory for the current test alone. The process of a death test enters it before its first report, so that its
 /// log does not replace the one that the parent process has open.
 inline std::filesystem::path ownDirectory()

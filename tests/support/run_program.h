@@ -27,5 +27,5 @@ inline ProgramRun runProgram(const std::string& program, const std::string& argu
     const int result = std::system(command.c_str());
     const int status = WIFEXITED(result) ? WEXITSTATUS(result) : -1;
 #endif
-    return {status, fileContents("run-output.txt"), fileContents("run-errors.txt")};
+    return {status, fileText("run-output.txt"), fileText("run-errors.txt")};
 }

@@ -8,8 +8,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include <filesystem>
+#include <algorithm>
 #include <memory>
+#include <string>
 
 namespace {
 
@@ -18,6 +19,17 @@ struct Options {
     std::vector<std::string> texts;
     std::vector<std::string> checkedFileNames;
 };
+
+/// In the encoding of the name, which the standard library's paths would change on Windows.
+std::string directoryOf(const std::string& fileName)
+{
+#ifdef _WIN32
+    const std::size_t end = fileName.find_last_of("/\\");
+#else
+    const std::size_t end = fileName.rfind('/');
+#endif
+    return end == std::string::npos ? "" : fileName.substr(0, std::max<std::size_t>(end, 1));
+}
 
 bool runFile(LispSession& session, const std::string& fileName)
 {
@@ -28,7 +40,7 @@ bool runFile(LispSession& session, const std::string& fileName)
         return false;
     }
     const bool isStandardInput = fileName == "-";
-    session.setLoadPath(isStandardInput ? "" : std::filesystem::path(fileName).parent_path().string());
+    session.setLoadPath(isStandardInput ? "" : directoryOf(fileName));
     const ScriptText script(isStandardInput ? "<stdin>" : fileName, *text);
     return session.run(script, LispSession::Printing::Nothing);
 }

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <clocale>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -32,6 +33,9 @@ int run(CLI::App& app, int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+#ifdef _WIN32
+    std::setlocale(LC_CTYPE, ".ACP"); // paths are made of narrow names as the system reads these
+#endif
     try {
         CLI::App app("Tools for authors of xum-engine games", "xum");
         app.set_version_flag("--version", "xum " XUM_VERSION, "Print the version and exit");

@@ -34,6 +34,13 @@ File<Stream>::File(const std::string& fileName, std::ios::openmode mode, Unbuffe
 template <class Stream>
 File<Stream>::~File() = default;
 
+// Not inline: a host on Windows takes no inline function from an exported template.
+template <class Stream>
+Stream& File<Stream>::getStream()
+{
+    return stream;
+}
+
 template <class Stream>
 bool File<Stream>::isOpen() const
 {

@@ -44,7 +44,7 @@ protected:
     struct Unbuffered {};
     File(const std::string& fileName, std::ios::openmode mode, Unbuffered);
 
-    Stream& getStream() { return stream; }
+    Stream& getStream();
 
 private:
     static std::streamoff tell(std::ifstream& stream);

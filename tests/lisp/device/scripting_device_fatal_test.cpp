@@ -1,3 +1,4 @@
+#include "own_directory.h"
 #include "scripting_fixture.h"
 
 #ifdef __linux__
@@ -28,7 +29,7 @@ protected:
 
     static std::string loggedError()
     {
-        const std::string log = fileContents(ownLogFile());
+        const std::string log = fileText(ownLogFile());
         const std::size_t begin = log.find("ERROR: ");
         return begin == std::string::npos ? log : log.substr(begin);
     }
@@ -45,21 +46,21 @@ protected:
 
 TEST_F(ScriptingDeviceDeathTest, emptyTokenIsFatal)
 {
-    EXPECT_EXIT(evaluate("(display \"a\") '"), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(evaluate("(display \"a\") '"), ::testing::ExitedWithCode(fatalExitCode),
                 "\\[\\[Error\\|tokenize\\(\\) -> empty token!\n\\]\\]");
     EXPECT_EQ(loggedError(), "ERROR: tokenize() -> empty token!\n\n"); // the message ends its line itself
 }
 
 TEST_F(ScriptingDeviceDeathTest, closureParameterWithTypeAndMarkIsFatal)
 {
-    EXPECT_EXIT(evaluate("(closure ((x :integer :rest)) x)"), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(evaluate("(closure ((x :integer :rest)) x)"), ::testing::ExitedWithCode(fatalExitCode),
                 "\\[\\[Error\\|named_parameter for closure! TODO!\\]\\]");
     EXPECT_EQ(loggedError(), "ERROR: named_parameter for closure! TODO!\n");
 }
 
 TEST_F(ScriptingDeviceDeathTest, requestOfMoreThan32BitsIsFatal)
 {
-    EXPECT_EXIT(evaluate("(array 0x7fffffffffffffff \":integer\")"), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(evaluate("(array 0x7fffffffffffffff \":integer\")"), ::testing::ExitedWithCode(fatalExitCode),
                 "\\[\\[Error\\|fatal: invalid allocate size!\\]\\]");
     EXPECT_EQ(loggedError(), "ERROR: fatal: invalid allocate size!\n");
 }
@@ -67,7 +68,7 @@ TEST_F(ScriptingDeviceDeathTest, requestOfMoreThan32BitsIsFatal)
 TEST_F(ScriptingDeviceDeathTest, fatalMessageInBaseScriptEndsTheProcess)
 {
     writeScript("engine", "'");
-    EXPECT_EXIT(evaluate("1"), ::testing::ExitedWithCode(255), "tokenize");
+    EXPECT_EXIT(evaluate("1"), ::testing::ExitedWithCode(fatalExitCode), "tokenize");
 }
 
 #if defined(__linux__) && !defined(XUM_TEST_ADDRESS_SANITIZER) // the sanitizer itself needs terabytes of addresses
@@ -87,7 +88,7 @@ void createDeviceWithoutMemory(Engine* engine)
 
 TEST_F(ScriptingDeviceDeathTest, missingMemoryForTheRegionIsFatal)
 {
-    EXPECT_EXIT(createDeviceWithoutMemory(engine), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(createDeviceWithoutMemory(engine), ::testing::ExitedWithCode(fatalExitCode),
                 "\\[\\[Error\\|Could not init Lisp!\\]\\]");
     EXPECT_EQ(loggedError(), "ERROR: Could not init Lisp!\n");
 }

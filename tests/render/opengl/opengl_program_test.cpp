@@ -1,6 +1,7 @@
 #include "gl_fixture.h"
 
 #include "message_boxes.h"
+#include "own_directory.h"
 
 // Linking. A new program stays in use by OpenGL, so that its name can be asked for there.
 
@@ -217,7 +218,8 @@ TEST_F(OpenGLProgramOutput, mixtureIsFatal)
                                                   {"color", "normal(1)"},
                                                   {"color(0)", "normal(1)", "depth"},
                                                   {"", "color(0)"}})
-        EXPECT_EXIT(device->createProgram(shaders, {}, outputs), ::testing::ExitedWithCode(255), mixtureMessage);
+        EXPECT_EXIT(device->createProgram(shaders, {}, outputs), ::testing::ExitedWithCode(fatalExitCode),
+                    mixtureMessage);
 }
 
 TEST_F(OpenGLProgramOutput, malformedOnesAreLeftToOpenGL)

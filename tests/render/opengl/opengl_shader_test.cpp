@@ -123,7 +123,7 @@ TEST_F(OpenGLShader, compileProblemIsWarnedOfWithNameAndLog)
 TEST_F(OpenGLShader, logOfTheCompilerIsReportedWithoutItsFinalNul)
 {
     device->destroyShader(device->createShader(ShaderType::Fragment, "nul", terminated(brokenSource)));
-    const std::string log = fileContents("log.txt");
+    const std::string log = fileText("log.txt");
     const std::size_t start = log.rfind("WARNING: nul");
     ASSERT_NE(start, std::string::npos);
     EXPECT_EQ(log.find('\0', start), std::string::npos);

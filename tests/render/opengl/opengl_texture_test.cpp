@@ -1,6 +1,7 @@
 #include "file_contents.h"
 #include "gl_fixture.h"
 #include "message_boxes.h"
+#include "own_directory.h"
 
 #include <algorithm>
 #include <limits>
@@ -109,7 +110,7 @@ TEST_F(OpenGLTexture, unknownFilterIsIgnored)
 TEST_F(OpenGLTexture, anisotropicFilterIsFatal)
 {
     Texture* texture = makeTexture(4, 4);
-    EXPECT_EXIT(texture->setFilter(TextureFilter::Anisotropic), ::testing::ExitedWithCode(255),
+    EXPECT_EXIT(texture->setFilter(TextureFilter::Anisotropic), ::testing::ExitedWithCode(fatalExitCode),
                 "\\[\\[Error\\|Texture::setFilter\\(\\) -> Anisotropic not implemented!\\]\\]");
 }
 

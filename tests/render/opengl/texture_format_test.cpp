@@ -1,4 +1,5 @@
 #include "gl_fixture.h"
+#include "own_directory.h"
 
 #include <cmath>
 
@@ -145,7 +146,7 @@ TEST_F(OpenGLTextureFormat, channelsOfDepthFormatsAreIgnored)
 TEST_F(OpenGLTextureFormat, unknownTypeIsFatal)
 {
     for (const int type : {5, -1})
-        EXPECT_EXIT(device->createRenderTarget(4, 4, {{type, 4}}), ::testing::ExitedWithCode(255),
+        EXPECT_EXIT(device->createRenderTarget(4, 4, {{type, 4}}), ::testing::ExitedWithCode(fatalExitCode),
                     "\\[\\[Error\\|Invalid texture format!\\]\\]");
 }
 
@@ -154,6 +155,6 @@ TEST_F(OpenGLTextureFormat, wrongChannelCountOfAColorFormatIsFatal)
     for (const TextureFormat& format :
          {TextureFormat{TextureFormat::UnsignedByte, 0}, TextureFormat{TextureFormat::HalfFloat, 5},
           TextureFormat{TextureFormat::Float, -1}})
-        EXPECT_EXIT(device->createRenderTarget(4, 4, {format}), ::testing::ExitedWithCode(255),
+        EXPECT_EXIT(device->createRenderTarget(4, 4, {format}), ::testing::ExitedWithCode(fatalExitCode),
                     "\\[\\[Error\\|Invalid texture format!\\]\\]");
 }
