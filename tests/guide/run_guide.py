@@ -99,7 +99,7 @@ def main():
     parser.add_argument("--path", type=Path, required=True)
     options = parser.parse_args()
     with tempfile.TemporaryDirectory(prefix="xum-guide-") as folder:
-        trial = Trial(options.guide, options.programs, options.path, Path(folder))
+        trial = Trial(options.guide, options.programs.resolve(), options.path.resolve(), Path(folder))
         trial.run_all()
     for problem in trial.problems:
         print(problem)
