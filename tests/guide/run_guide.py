@@ -19,13 +19,14 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 from guide_blocks import commands_of, read_guide  # noqa: E402
 
+CHECKOUT = Path(__file__).resolve().parents[2]
 SECONDS = 60
 
 
 def environment(tool_folder):
-    """Neither display nor sound card; `xum` is found."""
-    kept = {name: value for name, value in os.environ.items() if name != "XUM_DATA_ROOT"}
-    return {**kept, "SDL_VIDEODRIVER": "offscreen", "SDL_AUDIODRIVER": "dummy", "LIBGL_ALWAYS_SOFTWARE": "1",
+    """Neither display nor sound card; `xum` and the data are found."""
+    return {**os.environ, "XUM_DATA_ROOT": f"{CHECKOUT / 'data'}/",
+            "SDL_VIDEODRIVER": "offscreen", "SDL_AUDIODRIVER": "dummy", "LIBGL_ALWAYS_SOFTWARE": "1",
             "XUM_MESSAGE_BOXES": "0", "LC_ALL": "C.UTF-8", "PATH": f"{tool_folder}{os.pathsep}{os.environ['PATH']}"}
 
 
