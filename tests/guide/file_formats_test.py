@@ -60,15 +60,14 @@ class Format:
             self.read(offset, size, meaning)
 
     def read(self, offset, size, meaning):
-        if not re.match(r"^\d", offset) or size == "" or size.endswith("each"):
-            if re.match(r"^\d", offset):
-                self.end = self.start + value_of(offset, self.variables)
+        if re.match(r"^\d", offset):
+            begin = self.start + value_of(offset, self.variables)
+            if begin != self.end:
+                raise AssertionError(f"'{meaning}' begins at {begin}, what is before it ends at {self.end}")
+        if not re.match(r"^\d", offset) or size == "" or size.endswith("each"):  # another table tells
             self.fields[meaning] = None
             return
-        begin = self.start + value_of(offset, self.variables)
         length = value_of(size, self.variables)
-        if begin != self.end:
-            raise AssertionError(f"'{meaning}' begins at {begin}, what is before it ends at {self.end}")
         contents = self.data[begin:begin + length]
         if len(contents) != length:
             raise AssertionError(f"'{meaning}' reaches out of the file")
@@ -311,7 +310,7 @@ class FileFormats(unittest.TestCase):
         limits = {cell: row[1] for row in rows("| step | limits |") for cell in re.findall(r"`([^`]*)`", row[0])}
         whole = "# a comment\r\n\n \t# another\n"
         refused = []
-        for step in sorted(steps, key=lambda step: step == "quit"):
+        for step in sorted(steps, key=lambda step: step == "quit"):  # what is behind "quit" would not be done
             words = step.split()
             numbers = [i for i, word in enumerate(words) if re.fullmatch(r"N|X|Y|DX|DY|WIDTH|HEIGHT", word)]
             words = [{"NAME": "Left Ctrl", "TEXT": "caf\u00e9 "}.get(word, word) for word in words]
@@ -319,9 +318,10 @@ class FileFormats(unittest.TestCase):
                 smallest, largest = map(int, re.match(r"^(-?\d+) to (\d+)", limits[step]).groups())
                 for i in numbers:
                     words[i] = str(smallest if smallest > 0 else largest)
-                # A start of the game for each takes its time: one end of each range will do.
+                # A start of the game takes its time: one end of each range will do, and one of "down" and "up".
                 beyond = largest + 1 if smallest > 0 else smallest - 1
-                refused.append(" ".join(words[:numbers[0]] + [str(beyond)] * len(numbers)))
+                if words[-2] != "up":
+                    refused.append(" ".join(words[:numbers[0]] + [str(beyond)] * len(numbers)))
             whole += f"7 {' '.join(words)}\n"
         self.write("good.txt", whole.encode())
         self.run_in_folder(options.game, "--play", "good.txt", "--fast")

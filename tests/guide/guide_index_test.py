@@ -27,6 +27,12 @@ class Index(unittest.TestCase):
                 with self.subTest(header=header):
                     self.assertTrue(any(re.search(rf"\b{name}\b", text) for name in names_in(header)), names_in(header))
 
+    def test_every_frame_is_used(self):
+        marks = {mark for guide in GUIDES.glob("*.md")
+                 for mark in re.findall(r"(?m)^<!-- in: (.*) -->$", guide.read_text(encoding="utf-8"))}
+        frames = (CHECKOUT / "tests" / "guide" / "frames").iterdir()
+        self.assertEqual({path.name for path in frames}, {f"{mark}.cpp.in" for mark in marks})
+
     def test_every_guide_has_a_program_and_a_sensible_length(self):
         for guide in GUIDES.glob("*.md"):
             text = guide.read_text(encoding="utf-8")
