@@ -22,7 +22,8 @@ class Links(unittest.TestCase):
 
     def test_files_and_headings_are_found(self):
         self.assertEqual(self.problems(
-            a="[b](docs/b.md) [part](docs/b.md#its-part) [self](#a-1) [far](https://example.org/x) [dir](docs)\n# A\n# A\n",
+            a="[b](docs/b.md) [part](docs/b.md#its-part) [self](#a-1) [far](https://example.org/x) [dir](docs)\n"
+              "# A\n# A\n",
             docs__b="[a](../a.md) [![picture](b.md)](../a.md#a)\n## Its part\n"), [])
 
     def test_what_leads_nowhere_is_told(self):

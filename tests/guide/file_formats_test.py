@@ -329,7 +329,8 @@ class FileFormats(unittest.TestCase):
         for step in refused:
             with self.subTest(step=step):
                 self.write("bad.txt", f"# a comment\n7 {step}\n".encode())
-                self.assertIn("bad.txt:2: ", self.run_in_folder(options.game, "--play", "bad.txt", succeeds=False).stderr)
+                complaint = self.run_in_folder(options.game, "--play", "bad.txt", succeeds=False).stderr
+                self.assertIn("bad.txt:2: ", complaint)
         for text in ("7 quit\n6 quit\n", "18446744073709551616 quit\n"):
             with self.subTest(text=text):
                 self.write("bad.txt", text.encode())

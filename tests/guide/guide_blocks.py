@@ -75,7 +75,8 @@ def classify(language, mark, contents, previous):
         name = PROGRAM_NAME.match(contents[0]) if contents else None
         if name and not mark:
             return Block("program", name[1], 0)
-        return "C++ that is neither a program (\"// NAME.cpp\" in its first line) nor in a frame (\"<!-- in: FRAME -->\")"
+        return ("C++ that is neither a program (\"// NAME.cpp\" in its first line) nor in a frame "
+                "(\"<!-- in: FRAME -->\")")
     if language == "text" and not mark:
         if previous and previous.kind == "program":
             return Block("output", previous.name, 0)

@@ -46,7 +46,8 @@ class Guides(unittest.TestCase):
 class Reading(Guides):
     def test_every_kind_of_block_is_known(self):
         kinds, problems = self.kinds("```cpp\n// a_b.cpp: does it\nint main() {}\n```\nprints\n```text\n1\n```\n"
-                                     "<!-- in: host -->\n```cpp\nx();\n```\n<!-- file: d/a.cfg -->\n```config\n<a>\n```\n"
+                                     "<!-- in: host -->\n```cpp\nx();\n```\n"
+                                     "<!-- file: d/a.cfg -->\n```config\n<a>\n```\n"
                                      "```sh\nxum\n```\n<!-- not run: no compiler -->\n```sh\nc++\n```\n")
         self.assertEqual(kinds, [("program", "a_b"), ("output", "a_b"), ("fragment", "host"), ("file", "d/a.cfg"),
                                  ("commands", ""), ("left out", "no compiler")])
@@ -98,7 +99,8 @@ class Sources(Guides):
 
 class Running(Guides):
     def test_a_guide_that_is_right_has_no_problem(self):
-        self.assertEqual(self.trial("```cpp\n// a.cpp\n```\n```text\nhello\n```\n<!-- file: d/f -->\n```text\nin it\n```\n"
+        self.assertEqual(self.trial("```cpp\n// a.cpp\n```\n```text\nhello\n```\n"
+                                    "<!-- file: d/f -->\n```text\nin it\n```\n"
                                     "```sh\n$ cat d/f\nin it\n$ b\n(exit status 3)\n```\n```sh\nb || true\n```\n",
                                     a="echo hello", b="exit 3"), [])
 

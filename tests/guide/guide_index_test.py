@@ -47,7 +47,7 @@ def names_in(header):
     """The classes, structures, namespaces, types and functions that a header declares."""
     text = (CHECKOUT / "xum" / header).read_text(encoding="utf-8")
     return (re.findall(r"(?m)^(?:class|struct|namespace|enum class) (?:XUM_API )?(\w+)(?=[ :]*[:{])", text)
-            + re.findall(r"(?m)^\[?\[?(?:noreturn\]\] )?XUM_API .*?(\w+)\(", text) + re.findall(r"#\s*define (\w+)", text)
+            + re.findall(r"(?m)^(?:\[\[noreturn\]\] )?XUM_API .*?(\w+)\(", text)
             + re.findall(r"(?m)^(?:class|struct) XUM_API (\w+)", text) + re.findall(r"(?m)^using (\w+) =", text))
 
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Tries a guide from top to bottom in an empty folder: makes its files, runs its programs and its commands, and compares
-what they print.
+"""Tries a guide from top to bottom in an empty folder: makes its files, runs its programs and its commands, and
+compares what they print.
 
 run_guide.py GUIDE --programs FOLDER --path FOLDER
 
