@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Draws the pictures of docs/examples.md: runs each example for some frames, halves what the last of them shows and
-writes it as a PNG.
+writes it as a PNG. Of an example that prints, terminal_picture draws the transcript.
 
 Usage: make_pictures.py DIRECTORY-OF-PROGRAMS OUTPUT-DIRECTORY EXAMPLE...
 """
@@ -14,6 +14,8 @@ import zlib
 from pathlib import Path
 
 FRAMES = 10  # as the tests have it
+TRANSCRIPTS = Path(__file__).resolve().parent / "pictures" / "transcripts"
+PICTURE_PROGRAMS = {"hello_engine": "hello_engine_picture"}  # of examples that take no picture themselves
 
 
 def read_bmp(data):
@@ -51,10 +53,18 @@ def write_png(name, rows):
                            chunk(b"IEND", b""))
 
 
-def draw(program):
+def command_of(example):
+    """The program that draws the picture, with its argument."""
+    transcript = TRANSCRIPTS / f"{example}.txt"
+    return ["terminal_picture", transcript] if transcript.exists() else [PICTURE_PROGRAMS.get(example, example)]
+
+
+def draw(programs, example):
+    program, *arguments = command_of(example)
     with tempfile.TemporaryDirectory() as directory:
-        subprocess.run([program, "--frames", str(FRAMES), "--screenshot", "picture.bmp"], cwd=directory, check=True,
-                       stdout=subprocess.DEVNULL, env={**os.environ, "LIBGL_ALWAYS_SOFTWARE": "1"})
+        subprocess.run([programs / program, *arguments, "--frames", str(FRAMES), "--screenshot", "picture.bmp"],
+                       cwd=directory, check=True, stdout=subprocess.DEVNULL,
+                       env={**os.environ, "LIBGL_ALWAYS_SOFTWARE": "1"})
         return list(read_bmp((Path(directory) / "picture.bmp").read_bytes()))
 
 
@@ -62,7 +72,7 @@ def main():
     programs, output, *examples = sys.argv[1:]
     Path(output).mkdir(parents=True, exist_ok=True)
     for example in examples:
-        write_png(Path(output) / f"{example}.png", list(halve(draw(Path(programs).resolve() / example))))
+        write_png(Path(output) / f"{example}.png", list(halve(draw(Path(programs).resolve(), example))))
         print(f"{example}.png")
 
 

@@ -1,15 +1,12 @@
 #include "example.h"
-#include "golden_picture.h"
+#include "shrunk_picture.h"
 #include "test_directory.h"
-
-#include <xum/render/image.h>
 
 #include <gtest/gtest.h>
 
 #include <SDL.h>
 
 #include <filesystem>
-#include <memory>
 #include <ostream>
 #include <vector>
 
@@ -51,31 +48,6 @@ const Drawing drawings[] = {
     {"window_and_events", "the window has 960 x 540 pixels\n"},
 };
 
-/// Each pixel is the mean of a square of pixels: a golden picture is to be small.
-std::unique_ptr<Image> shrink(const Image& image, int factor)
-{
-    const int width = image.getWidth() / factor;
-    const int height = image.getHeight() / factor;
-    auto small = std::make_unique<Image>(width, height, 0, nullptr, nullptr, false);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            int sums[3] = {};
-            for (int i = 0; i < factor * factor; ++i) {
-                const Pixel& pixel = image.getPixel(x * factor + i % factor, y * factor + i / factor);
-                sums[0] += pixel.red;
-                sums[1] += pixel.green;
-                sums[2] += pixel.blue;
-            }
-            const auto mean = [&](int channel) { return static_cast<unsigned char>(sums[channel] / factor / factor); };
-            small->getPixels()[y * width + x] = {mean(0), mean(1), mean(2), 255};
-        }
-    }
-    return small;
-}
-
-/// What another renderer makes of the pixels on edges, of which each pixel of the small picture sums up a hundred.
-constexpr PictureTolerance shrunkTolerance{24, 0.25};
-
 class DrawingExamples : public ::testing::TestWithParam<Drawing> {};
 
 /// Changes a variable of the environment for one test.
@@ -107,12 +79,7 @@ TEST_P(DrawingExamples, drawsTheGoldenPicture)
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(run.output, GetParam().output);
     EXPECT_EQ(problemsOfLog(), "");
-    const std::unique_ptr<Image> picture(loadImage("picture.bmp"));
-    ASSERT_TRUE(picture);
-    ASSERT_EQ(picture->getWidth(), 960);
-    ASSERT_EQ(picture->getHeight(), 540);
-    EXPECT_TRUE(
-        matchesGoldenPicture(std::string("example_") + GetParam().name, *shrink(*picture, 10), shrunkTolerance));
+    expectGoldenExample(GetParam().name, 960, 540);
 }
 
 TEST_P(DrawingExamples, refusesArgumentsThatItDoesNotUnderstand)

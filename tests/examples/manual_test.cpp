@@ -28,9 +28,8 @@ TEST(ExamplesManual, namesEveryExampleWithItsSourceAndItsPicture)
         ++count;
         const std::string name = file.path().stem().string();
         EXPECT_TRUE(contains(manual, "[`" + name + "`](../examples/" + name + ".cpp)")) << name;
-        const bool draws = contains(fileContents(file.path().string()), "#include \"example_run.h\"");
-        EXPECT_EQ(contains(manual, "(examples/" + name + ".png)"), draws) << name;
-        EXPECT_EQ(fs::exists(root / "docs/examples" / (name + ".png")), draws) << name;
+        EXPECT_TRUE(contains(manual, "(examples/" + name + ".png)")) << name;
+        EXPECT_TRUE(fs::exists(root / "docs/examples" / (name + ".png"))) << name;
     }
     EXPECT_EQ(count, 22);
 }
