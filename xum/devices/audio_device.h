@@ -18,6 +18,7 @@ class Stream;
 /// keeps position, range and volume for whoever acquires it next. Slot order is ABI.
 class XUM_API AudioSource {
 public:
+    /// Where it is heard from, in world units; counts with a range only, as of the next AudioDevice::update.
     virtual void setPosition(const Vector3<float>& position) = 0;
 
     /// Only remembered.
@@ -63,6 +64,7 @@ public:
     /// Ends it if it plays, waiting for a fade-out to end. Null is accepted.
     virtual void destroyStream(Stream* stream) = 0;
 
+    /// Also true while the music fades out.
     virtual bool isMusicPlaying() = 0;
 
     /// 0, silent, to 1, which it is at the start; clamped. Independent of the sources.
@@ -78,6 +80,7 @@ public:
     /// that finds it silent: play something before the next one.
     virtual AudioSource* acquireSource() = 0;
 
+    /// In world units, as setListener got it; (0, 0, 0) at the start.
     virtual const Vector3<float>& getListenerPosition() = 0;
 
     /// Where the sources are heard from; the direction is only remembered.
