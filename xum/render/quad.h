@@ -1,13 +1,14 @@
 #pragma once
 
+/// @file
+/// Rectangles of two triangles. The create functions append six vertices to what the vectors hold already.
+
 #include <xum/engine/export.h>
 #include <xum/geometry/vector.h>
 
 #include <vector>
 
 class RenderDevice;
-
-/// Rectangles of two triangles. The create functions append six vertices to what the vectors hold already.
 
 /// A rectangle in the plane y = 0, where the point (a, b) of the plane is (a, 0, b): from `origin` to origin + size.
 /// With positive sizes its front looks along +y.
