@@ -6,10 +6,12 @@
 #include <string>
 #include <vector>
 
+/// @class Sample
 /// A decoded sound for AudioSource::play. Made by AudioDevice::loadSample and loadSampleFromMemory, given back to
 /// AudioDevice::destroySample.
 class Sample;
 
+/// @class Stream
 /// A piece of music that is decoded while it plays. Made by AudioDevice::loadStream and loadStreamFromMemory, given
 /// back to AudioDevice::destroyStream.
 class Stream;

@@ -63,7 +63,7 @@ public:
     /// Opens a window centred on the screen, width x height in screen units. fullscreen (at the desktop's resolution)
     /// wins over resizable. Never null for want of a display: a window that could not be opened has a null handle.
     virtual Window* createWindow(const std::string& title, int width, int height, bool resizable, bool fullscreen) = 0;
-    /// Its render devices go first.
+    /// Destroy its render devices first.
     virtual void destroyWindow(Window* window) = 0;
 
     /// A system device has no state: one does for all of the host.
@@ -81,7 +81,7 @@ public:
     /// handle or no OpenGL context can be made. "Software" makes an inert device and needs no window. Any other name
     /// ("Direct3D" included, and letter case matters) is a fatal error: "Invalid render device (NAME)!".
     virtual RenderDevice* createRenderDevice(Window* window, const char* name) = 0;
-    /// All that it made goes first.
+    /// Destroy all that it made first.
     virtual void destroyRenderDevice(RenderDevice* device) = 0;
 
     /// Opens the mixer: 44100 hertz, 16 bits, stereo, 64 channels. Null, without a message, when that fails: there is
@@ -112,7 +112,7 @@ public:
     /// Has no archives at first; without any it loads plain files.
     virtual ResourceManager* createResourceManager() = 0;
 
-    /// Closes its archives. Caches over it go first.
+    /// Closes its archives. Destroy the caches over it first.
     virtual void destroyResourceManager(ResourceManager* resources) = 0;
 
     /// The cache reads through the resource manager, which must outlive it and may be the host's own.

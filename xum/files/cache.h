@@ -25,7 +25,8 @@ public:
     virtual void setDataRoot(const std::string& directory) = 0;
     /// @}
 
-    /// At the start "shaders/", "programs/", "textures/", "samples/" and "streams/".
+    /// Where each kind lies below the data root, in this order at the start "shaders/", "programs/", "textures/",
+    /// "samples/" and "streams/".
     /// @{
     virtual std::string getShaderDirectory() = 0;
     virtual void setShaderDirectory(const std::string& directory) = 0;

@@ -11,7 +11,7 @@
 /// three view vectors as its rows.
 template <class T>
 struct Matrix3 {
-    /// Row by row: see above.
+    /// Row by row.
     T elements[9] = {T(1), T(0), T(0), T(0), T(1), T(0), T(0), T(0), T(1)};
 
     constexpr Matrix3() = default;
@@ -82,7 +82,7 @@ struct Matrix3 {
 /// the vector on the left, `vec4(position, 1.0) * matrix`.
 template <class T>
 struct Matrix4 {
-    /// Row by row: see above.
+    /// Row by row.
     T elements[16] = {T(1), T(0), T(0), T(0), T(0), T(1), T(0), T(0), T(0), T(0), T(1), T(0), T(0), T(0), T(0), T(1)};
 
     constexpr Matrix4() = default;

@@ -18,8 +18,10 @@ struct Vector2 {
     /// The components in their order.
     constexpr Vector2(T x, T y) : x(x), y(y) {}
 
-    /// Component by component; a number acts on each. Comparisons are exact.
+    /// @name Operators
     /// @{
+
+    /// Component by component; a number acts on each. Comparisons are exact.
     constexpr Vector2& operator+=(const Vector2& v) { return *this = {x + v.x, y + v.y}; }
     constexpr Vector2& operator-=(const Vector2& v) { return *this = {x - v.x, y - v.y}; }
     constexpr Vector2& operator*=(T s) { return *this = {x * s, y * s}; }
@@ -47,8 +49,10 @@ struct Vector3 {
     /// The components in their order.
     constexpr Vector3(T x, T y, T z) : x(x), y(y), z(z) {}
 
-    /// Component by component; a number acts on each. Comparisons are exact.
+    /// @name Operators
     /// @{
+
+    /// Component by component; a number acts on each. Comparisons are exact.
     constexpr Vector3& operator+=(const Vector3& v) { return *this = {x + v.x, y + v.y, z + v.z}; }
     constexpr Vector3& operator-=(const Vector3& v) { return *this = {x - v.x, y - v.y, z - v.z}; }
     constexpr Vector3& operator*=(T s) { return *this = {x * s, y * s, z * s}; }
@@ -82,8 +86,10 @@ struct Vector4 {
     /// With a w of 1 a point for Matrix4, with 0 a direction, which is not translated.
     constexpr Vector4(const Vector3<T>& v, T w) : x(v.x), y(v.y), z(v.z), w(w) {}
 
-    /// Component by component; a number acts on each. Comparisons are exact.
+    /// @name Operators
     /// @{
+
+    /// Component by component; a number acts on each. Comparisons are exact.
     constexpr Vector4& operator+=(const Vector4& v) { return *this = {x + v.x, y + v.y, z + v.z, w + v.w}; }
     constexpr Vector4& operator-=(const Vector4& v) { return *this = {x - v.x, y - v.y, z - v.z, w - v.w}; }
     constexpr Vector4& operator*=(T s) { return *this = {x * s, y * s, z * s, w * s}; }

@@ -112,10 +112,9 @@ public:
     void returnValue(const ScriptValue& value);
     /// @}
 
-    /// The library's side of a call; only the library makes one.
-    struct State;
+    struct State; // the library's side of a call
 
-    /// For the library: the state must live as long.
+    /// For the library, which alone has a State; that must live as long.
     explicit ScriptCall(State& state) : state(state) {}
 
 private:
