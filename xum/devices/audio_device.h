@@ -51,7 +51,7 @@ public:
     /// Decodes a sound file (WAV, OGG and what else SDL_mixer reads); null, without a message, when that fails.
     virtual Sample* loadSample(const std::string& fileName) = 0;
 
-    /// The same from the bytes of a file, which are not needed any more afterwards.
+    /// loadSample from the bytes of a file, which are not needed any more afterwards.
     virtual Sample* loadSampleFromMemory(const std::vector<unsigned char>& data) = 0;
 
     /// Silences the sources that play it. Null is accepted.
@@ -60,7 +60,7 @@ public:
     /// Opens a piece of music (OGG, WAV and what else SDL_mixer reads); null, without a message, when that fails.
     virtual Stream* loadStream(const std::string& fileName) = 0;
 
-    /// The same from the bytes of a file, which the stream copies.
+    /// loadStream from the bytes of a file, which the stream copies.
     virtual Stream* loadStreamFromMemory(const std::vector<unsigned char>& data) = 0;
 
     /// Ends it if it plays, waiting for a fade-out to end. Null is accepted.

@@ -47,10 +47,10 @@ protected:
     /// Asks the system for each read and write at once: for large parts at scattered places.
     struct Unbuffered {};
 
-    /// Without a buffer; otherwise as above.
+    /// As the public constructor, but without a buffer.
     File(const std::string& fileName, std::ios::openmode mode, Unbuffered);
 
-    /// For derived files. Position and failures are shared with the operations above.
+    /// For derived files. Position and failures are shared with the public operations.
     Stream& getStream() { return stream; }
 
 private:
@@ -77,7 +77,7 @@ public:
     /// Reads `size` bytes. False when the file has not as many left; what it has was read.
     bool read(void* buffer, unsigned size);
 
-    /// The same into the start of the vector, whose size stays. False, with nothing read, when that is below `size`.
+    /// Reads into the start of the vector, whose size stays. False, with nothing read, when that is below `size`.
     bool read(std::vector<unsigned char>& buffer, unsigned size);
 
 protected:
@@ -98,7 +98,7 @@ public:
     /// the buffer is handed on, see flush.
     bool write(const void* buffer, unsigned size);
 
-    /// The same from the start of the vector. False, with nothing written, when that holds fewer bytes.
+    /// Writes from the start of the vector. False, with nothing written, when that holds fewer bytes.
     bool write(const std::vector<unsigned char>& buffer, unsigned size);
 
     /// Hands what is buffered to the system; true when all that was written so far has arrived there.

@@ -9,7 +9,7 @@ struct Plane {
     T distance{};      ///< how far the origin lies behind the plane: in world units when the normal has length 1
 
     constexpr Plane() = default;
-    /// Nothing is made as long as 1.
+    /// The normal stays as it is, of any length.
     constexpr Plane(const Vector3<T>& normal, T distance) : normal(normal), distance(distance) {}
 
     /// dot(normal, point) - distance: positive in front; in world units when the normal has length 1.

@@ -11,8 +11,8 @@
 /// Two components: a size, or a place on a screen or a texture. Zero by default.
 template <class T>
 struct Vector2 {
-    T x{}; ///< or u, or a width
-    T y{}; ///< or v, or a height
+    T x{}; ///< also u, or a width
+    T y{}; ///< also v, or a height
 
     constexpr Vector2() = default;
     /// The components in their order.
@@ -75,10 +75,10 @@ struct Vector3 {
 /// Four components: an RGBA colour, each from 0 to 1, or a homogeneous point. Zero by default.
 template <class T>
 struct Vector4 {
-    T x{}; ///< or red
-    T y{}; ///< or green
-    T z{}; ///< or blue
-    T w{}; ///< or alpha
+    T x{}; ///< also red
+    T y{}; ///< also green
+    T z{}; ///< also blue
+    T w{}; ///< also alpha
 
     constexpr Vector4() = default;
     /// The components in their order.
@@ -109,7 +109,7 @@ struct Vector4 {
     /// @}
 };
 
-/// The sum of the products of the components: the cosine between two vectors of length 1.
+/// The sum of the products of the components: between vectors of length 1 the cosine of their angle.
 /// @{
 template <class T>
 constexpr T dot(const Vector2<T>& a, const Vector2<T>& b)

@@ -49,7 +49,7 @@ public:
     /// A keyword, with its colon: ":red".
     static ScriptValue keyword(std::string name);
 
-    /// Says which of the following has something to tell.
+    /// Says which of the other queries has something to tell.
     ScriptValueType getType() const { return type; }
 
     /// Of a Boolean (0 or 1), Byte or Integer; 0 for anything else.

@@ -96,5 +96,5 @@ private:
 /// or grey one, is a fatal error: "Only 24 and 32 bit images are supported!".
 XUM_API Image* loadImage(const std::string& fileName);
 
-/// The same from the bytes of a file.
+/// loadImage from the bytes of a file.
 XUM_API Image* loadImageFromMemory(const std::vector<unsigned char>& data);

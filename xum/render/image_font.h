@@ -139,7 +139,7 @@ private:
 XUM_API ImageFont* loadImageFont(RenderDevice* device, const std::string& fileName, int cellWidth, int cellHeight,
                                  int columns, int firstCharacter, bool trim);
 
-/// The same with the picture's bytes from a resource manager.
+/// loadImageFont with the picture's bytes from a resource manager.
 XUM_API ImageFont* loadImageFontFromMemory(RenderDevice* device, ResourceManager* resources, const std::string& name,
                                            int cellWidth, int cellHeight, int columns, int firstCharacter, bool trim);
 

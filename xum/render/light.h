@@ -44,12 +44,10 @@ public:
     /// for shaders: who changes an angle also changes its cosine. At the start they are those of the whole angles; a
     /// shader that compares with the angle from the middle of the cone wants those of half the angles, or it lights
     /// what the shadow map does not reach.
-    /// @{
     float innerAngle = 45;
-    float innerCosine;
-    float outerAngle = 60;
-    float outerCosine;
-    /// @}
+    float innerCosine;     ///< see innerAngle
+    float outerAngle = 60; ///< see innerAngle
+    float outerCosine;     ///< see innerAngle
 
     /// From world to clip coordinates, for matrix * point: the picture of an observer at `position` who looks along
     /// `direction` with `up` as near to upwards as can be. It is as wide as the larger angle, in both directions, and

@@ -21,7 +21,7 @@ public:
     virtual void setAttribute(int location, const std::vector<Vector2<float>>& values) = 0;
     /// @}
 
-    /// The same from a list, for callers that collect vertices in one.
+    /// setAttribute from a list, for callers that collect vertices in one.
     /// @{
     virtual void setAttributeFrom(int location, const std::list<Vector4<float>>& values) = 0;
     virtual void setAttributeFrom(int location, const std::list<Vector3<float>>& values) = 0;
