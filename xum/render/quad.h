@@ -15,7 +15,8 @@ class RenderDevice;
 XUM_API void createQuadPositions(std::vector<Vector3<float>>& positions, const Vector2<float>& origin,
                                  const Vector2<float>& size);
 
-/// For the corners of createQuadPositions, from (0, 0) at the origin to (1, 1) opposite. A flipped coordinate runs from 1 to 0.
+/// For the corners of createQuadPositions, from (0, 0) at the origin to (1, 1) opposite. A flipped coordinate runs from
+/// 1 to 0.
 XUM_API void createQuadTextureCoordinates(std::vector<Vector2<float>>& coordinates, bool flipU, bool flipV);
 
 /// One colour for all corners.
