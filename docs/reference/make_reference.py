@@ -68,7 +68,8 @@ def find_silent_gaps(xml):
         members = compound.findall("sectiondef/memberdef")
         kind = compound.get("kind")
         if not is_documented(compound) and (kind == "namespace" or (kind == "file" and members)):
-            what = "@file comment" if kind == "file" else f"comment on the namespace {compound.findtext('compoundname')}"
+            name = compound.findtext("compoundname")
+            what = "@file comment" if kind == "file" else f"comment on the namespace {name}"
             problems.append(f"{compound.find('location').get('file')}: no {what}")
         for member in members:
             if member.get("kind") != "enum":
@@ -82,7 +83,7 @@ def find_silent_gaps(xml):
 
 
 def make_reference(headers, version, output, details, checkout=CHECKOUT):
-    """Writes the pages into the folder output/html, and into the folder details what a check can read: xml and tags.xml.
+    """Writes the pages into the folder output/html, and what a check can read into the folder details: xml, tags.xml.
     Returns the problems as lines of text; none when all is well."""
     pages = Path(output).resolve() / "html"
     shutil.rmtree(pages, ignore_errors=True)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the reference of the public headers in a temporary folder: no warning, no gap, and every exported symbol is in it.
-Then small trees with one mistake each, to see that it is found."""
+"""Makes the reference of the public headers in a temporary folder: it warns of nothing, has no gap, and every exported
+symbol is in it. Then small trees with one mistake each, to see that it is found."""
 
 import argparse
 import re
