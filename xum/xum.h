@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// All public headers of xum-engine.
 
 #include <xum/devices/audio_device.h>

@@ -6,10 +6,12 @@
 #include <string>
 #include <vector>
 
+/// @class Sample
 /// A decoded sound for AudioSource::play. Made by AudioDevice::loadSample and loadSampleFromMemory, given back to
 /// AudioDevice::destroySample.
 class Sample;
 
+/// @class Stream
 /// A piece of music that is decoded while it plays. Made by AudioDevice::loadStream and loadStreamFromMemory, given
 /// back to AudioDevice::destroyStream.
 class Stream;
@@ -18,6 +20,7 @@ class Stream;
 /// keeps position, range and volume for whoever acquires it next. Slot order is ABI.
 class XUM_API AudioSource {
 public:
+    /// Where it is heard from, in world units; counts with a range only, as of the next AudioDevice::update.
     virtual void setPosition(const Vector3<float>& position) = 0;
 
     /// Only remembered.
@@ -48,7 +51,7 @@ public:
     /// Decodes a sound file (WAV, OGG and what else SDL_mixer reads); null, without a message, when that fails.
     virtual Sample* loadSample(const std::string& fileName) = 0;
 
-    /// The same from the bytes of a file, which are not needed any more afterwards.
+    /// loadSample from the bytes of a file, which are not needed any more afterwards.
     virtual Sample* loadSampleFromMemory(const std::vector<unsigned char>& data) = 0;
 
     /// Silences the sources that play it. Null is accepted.
@@ -57,12 +60,13 @@ public:
     /// Opens a piece of music (OGG, WAV and what else SDL_mixer reads); null, without a message, when that fails.
     virtual Stream* loadStream(const std::string& fileName) = 0;
 
-    /// The same from the bytes of a file, which the stream copies.
+    /// loadStream from the bytes of a file, which the stream copies.
     virtual Stream* loadStreamFromMemory(const std::vector<unsigned char>& data) = 0;
 
     /// Ends it if it plays, waiting for a fade-out to end. Null is accepted.
     virtual void destroyStream(Stream* stream) = 0;
 
+    /// Also true while the music fades out.
     virtual bool isMusicPlaying() = 0;
 
     /// 0, silent, to 1, which it is at the start; clamped. Independent of the sources.
@@ -78,6 +82,7 @@ public:
     /// that finds it silent: play something before the next one.
     virtual AudioSource* acquireSource() = 0;
 
+    /// In world units, as setListener got it; (0, 0, 0) at the start.
     virtual const Vector3<float>& getListenerPosition() = 0;
 
     /// Where the sources are heard from; the direction is only remembered.

@@ -11,11 +11,14 @@ public:
     /// Opens the console, or closes it, and returns whether it is open now. A new console is closed.
     virtual bool toggle() = 0;
 
+    /// Does nothing yet: no text is kept, no command and no variable.
+    /// @{
     virtual void print(const std::string& text) = 0;
     virtual void execute(const std::string& command) = 0;
     virtual void addCommand(const std::string& name) = 0;
     virtual void removeCommand(const std::string& name) = 0;
     virtual void setVariable(const std::string& name, const std::string& value) = 0;
+    /// @}
 
 protected:
     ~Console() = default;

@@ -39,7 +39,10 @@ public:
     /// Whether the key went up during the current frame.
     virtual bool wasReleased(int key) = 0;
 
+    /// Whether the key is held, as of the latest Engine::update; never true of a wheel step.
     virtual bool isDown(int key) = 0;
+
+    /// Whether wasPressed is true of any key, KeyCode::None included.
     virtual bool anyKeyPressed() = 0;
 
     /// From now on presses and releases are recorded. Nothing ends it.
@@ -48,6 +51,7 @@ public:
     /// Replaces the contents of `out` by what was recorded since the last call, in order of arrival.
     virtual void getEvents(std::vector<InputEvent>& out) = 0;
 
+    /// Forgets what was typed; do so when a text field opens.
     virtual void clearText() = 0;
 
     /// Replaces the contents of `out` by the ASCII characters typed since the text was last taken, at most the latest

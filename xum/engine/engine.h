@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The engine object, its window events, and how a host starts and ends it.
+
 #include <xum/engine/export.h>
 
 #include <string>
@@ -17,10 +20,11 @@ class Window;
 
 /// What EngineEvent::getType returns.
 namespace EngineEventType {
+/// What has become of a window.
 enum Type : unsigned {
-    WindowRestored = 0,
-    WindowMinimized = 1,
-    WindowClosed = 2, ///< the user asks to close a window
+    WindowRestored = 0,  ///< it has its usual size again, after it was minimised or maximised
+    WindowMinimized = 1, ///< it is out of sight: a host may stop drawing
+    WindowClosed = 2,    ///< the user asks to close a window
 };
 }
 
@@ -59,19 +63,25 @@ public:
     /// Opens a window centred on the screen, width x height in screen units. fullscreen (at the desktop's resolution)
     /// wins over resizable. Never null for want of a display: a window that could not be opened has a null handle.
     virtual Window* createWindow(const std::string& title, int width, int height, bool resizable, bool fullscreen) = 0;
+    /// Destroy its render devices first.
     virtual void destroyWindow(Window* window) = 0;
 
+    /// A system device has no state: one does for all of the host.
+    /// @{
     virtual SystemDevice* createSystemDevice() = 0;
     virtual void destroySystemDevice(SystemDevice* device) = 0;
+    /// @}
 
     /// Opens all joysticks, starts text input and sets the mouse mode (see InputDevice::setRelativeMouseMode).
     virtual InputDevice* createInputDevice(bool relativeMouse) = 0;
+    /// Closes the joysticks. What keys are down stays known.
     virtual void destroyInputDevice(InputDevice* device) = 0;
 
     /// "OpenGL" makes a device with a context of its own on the window; null, with a log line, when the window has no
     /// handle or no OpenGL context can be made. "Software" makes an inert device and needs no window. Any other name
     /// ("Direct3D" included, and letter case matters) is a fatal error: "Invalid render device (NAME)!".
     virtual RenderDevice* createRenderDevice(Window* window, const char* name) = 0;
+    /// Destroy all that it made first.
     virtual void destroyRenderDevice(RenderDevice* device) = 0;
 
     /// Opens the mixer: 44100 hertz, 16 bits, stereo, 64 channels. Null, without a message, when that fails: there is
@@ -81,20 +91,33 @@ public:
     /// Closes the mixer, also when the device is null. Of two devices the second one destroyed closes it.
     virtual void destroyAudioDevice(AudioDevice* device) = 0;
 
+    /// The place for networking: the device makes nothing yet.
+    /// @{
     virtual NetworkDevice* createNetworkDevice() = 0;
     virtual void destroyNetworkDevice(NetworkDevice* device) = 0;
+    /// @}
 
+    /// Loads the base scripts, see ScriptingDevice::loadBaseScripts.
     virtual ScriptingDevice* createScriptingDevice() = 0;
+
+    /// All definitions of its scripts are lost, also functions of the host's.
     virtual void destroyScriptingDevice(ScriptingDevice* device) = 0;
 
+    /// The place for a console: it is closed at first.
+    /// @{
     virtual Console* createConsole() = 0;
     virtual void destroyConsole(Console* console) = 0;
+    /// @}
 
+    /// Has no archives at first; without any it loads plain files.
     virtual ResourceManager* createResourceManager() = 0;
+
+    /// Closes its archives. Destroy the caches over it first.
     virtual void destroyResourceManager(ResourceManager* resources) = 0;
 
     /// The cache reads through the resource manager, which must outlive it and may be the host's own.
     virtual Cache* createCache(ResourceManager* resources) = 0;
+    /// Releases all that it loaded: the devices that it loaded through must still be there.
     virtual void destroyCache(Cache* cache) = 0;
 
     /// The frame pump, called once a frame from the thread that created the window: forgets the last frame's events and

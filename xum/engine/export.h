@@ -1,8 +1,12 @@
 #pragma once
 
+/// @file
+/// What each public header begins with: the mark of what is exported, and the type of the clock.
+
 #include <cstdint>
 
-/// Marks what the library exports.
+/// @def XUM_API
+/// Marks what the library exports; hosts have no use for it.
 /// XUM_BUILDING is set while the library itself is compiled; XUM_STATIC where its objects are linked straight into a
 /// program, as the tests of internals do.
 #if defined(XUM_STATIC)

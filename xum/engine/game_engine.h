@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The engine with the devices of every game, started by one call.
+
 #include <xum/engine/export.h>
 
 class Engine;
@@ -10,10 +13,13 @@ class Window;
 /// An engine with the devices that every game needs. Slot order is ABI.
 class XUM_API GameEngine {
 public:
+    /// What initGameEngine made, the same at each call.
+    /// @{
     virtual Engine* getEngine() = 0;
     virtual Window* getWindow() = 0;
     virtual SystemDevice* getSystemDevice() = 0;
     virtual InputDevice* getInputDevice() = 0;
+    /// @}
 
     /// See Engine::update.
     virtual bool update() = 0;

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <xum/engine/export.h>
-
-#include <fstream>
-#include <string>
-
+/// @file
 /// Reporting: a log file and two message boxes. There is no level, no timestamp and no configuration; everything runs
 /// on the host's thread and nothing is locked. None of these functions reports a failure of its own.
 ///
 /// A message box that cannot be shown is written to standard error as "TITLE: TEXT"; with XUM_MESSAGE_BOXES=0 in the
 /// environment none is attempted.
+
+#include <xum/engine/export.h>
+
+#include <fstream>
+#include <string>
 
 /// The log: "log.txt" in the working directory, created and truncated by the first report of the process and closed
 /// when the process exits. If it cannot be opened the stream stays failed and what is written is lost. End each line

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Directories and the clipboard.
+
 #include <xum/engine/export.h>
 
 #include <functional>
@@ -25,10 +28,13 @@ public:
     virtual void listFiles(const std::string& directory, const std::string& filter, bool recursive,
                            FileListingCallback callback) = 0;
 
+    /// Whether getClipboardText would give more than an empty text.
     virtual bool hasClipboardText() = 0;
 
     /// UTF-8; empty when there is none.
     virtual std::string getClipboardText() = 0;
+
+    /// UTF-8, up to the first NUL.
     virtual void setClipboardText(const std::string& text) = 0;
 
 protected:

@@ -19,8 +19,10 @@ public:
     virtual Vector2<int> getSize() = 0;
 
     /// UTF-8.
+    /// @{
     virtual std::string getTitle() = 0;
     virtual void setTitle(const std::string& title) = 0;
+    /// @}
 
     /// True switches to full screen at the desktop's resolution, false back to a window.
     virtual void setFullscreen(bool fullscreen) = 0;

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Whether a configuration can be read, without ending the program over it.
+
 #include <xum/engine/export.h>
 
 #include <string>

@@ -27,8 +27,11 @@ class ResourceManager;
 /// root section.
 class XUM_API ConfigFile {
 public:
+    /// Reads a plain file. Names are as for File.
+    /// @{
     explicit ConfigFile(const std::string& fileName);
     explicit ConfigFile(const std::wstring& fileName);
+    /// @}
 
     /// Reads through a resource manager, from a plain file or an archive.
     ConfigFile(ResourceManager* resources, const std::string& name);
@@ -38,8 +41,10 @@ public:
     explicit ConfigFile(ConfigSection* root);
 
     /// Copies the whole tree.
+    /// @{
     ConfigFile(const ConfigFile& other);
     ConfigFile& operator=(const ConfigFile& other);
+    /// @}
 
     virtual ~ConfigFile();
 
@@ -48,13 +53,17 @@ public:
     ConfigSection* getRootSection() const;
 
     /// Paths start below the root section: see ConfigSection.
+    /// @{
     std::list<ConfigSection*> getSections(const std::string& path) const;
     ConfigEntry* getEntry(const std::string& path, bool required) const;
+    /// @}
 
     /// Writes the tree, in each section first the sections, then the entries. False when that fails. Without a root
     /// section the file becomes empty.
+    /// @{
     bool write(const std::string& fileName) const;
     bool write(const std::wstring& fileName) const;
+    /// @}
 
 private:
     void initialize(InputFile& file, const std::string& name);

@@ -17,11 +17,14 @@ public:
     /// With an empty value.
     explicit ConfigEntry(const std::string& name) : name(name) {}
 
+    /// The copy is in no section.
     ConfigEntry(const ConfigEntry&) = default;
     ConfigEntry& operator=(const ConfigEntry&) = delete; // its section finds it by its name
 
+    /// Fixed when the entry is made.
     const std::string& getName() const { return name; }
 
+    /// Without the quotes around it in a file.
     const std::string& getValue() const { return value; }
 
     /// A value with a '"' or '>' cannot be read back once it is written to a file.
@@ -41,6 +44,7 @@ private:
 /// order in which it was added.
 class XUM_API ConfigSection {
 public:
+    /// Empty, and in no other section.
     explicit ConfigSection(const std::string& name);
 
     /// Copies everything below, too.
@@ -49,6 +53,7 @@ public:
 
     virtual ~ConfigSection();
 
+    /// Fixed when the section is made.
     const std::string& getName() const { return name; }
 
     /// Takes ownership. Ignored are null, a section that belongs to another section or to a file already, and one that
@@ -59,6 +64,7 @@ public:
     /// place. Null, and an entry that is in this section already, are ignored.
     void addEntry(ConfigEntry* entry);
 
+    /// The children, of any name; owned by this section.
     std::vector<ConfigSection*> getAllSections() const;
 
     /// All sections at the path. When there is none that is a fatal error:
@@ -71,9 +77,11 @@ public:
     /// of the path that was not found.
     ConfigEntry* getEntry(const std::string& path, bool required) const;
 
-    /// Appends all entries.
+    /// Appends all entries, which stay the section's.
+    /// @{
     void getEntries(std::list<ConfigEntry*>& out);
     void getEntries(std::list<const ConfigEntry*>& out) const;
+    /// @}
 
 private:
     friend class ConfigFile;

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Where the game's data lie unless a host says otherwise.
+
 #include <xum/engine/export.h>
 
 #include <string>

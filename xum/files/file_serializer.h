@@ -11,8 +11,11 @@
 /// has been written. A disk that is full may show only when the buffered rest is handed on: see flush.
 class XUM_API FileSerializer final : public Serializer {
 public:
+    /// Names are as for File.
+    /// @{
     explicit FileSerializer(const std::string& fileName);
     explicit FileSerializer(const std::wstring& fileName);
+    /// @}
 
     bool failed() override;
     void write(const char* data, int size) override;
@@ -27,12 +30,16 @@ private:
 /// Reads from a file of its own. Of one that cannot be opened nothing is read, and this does not count as a failure.
 class XUM_API FileDeserializer final : public Deserializer {
 public:
+    /// Names are as for File.
+    /// @{
     explicit FileDeserializer(const std::string& fileName);
     explicit FileDeserializer(const std::wstring& fileName);
+    /// @}
 
     bool failed() override;
     void read(char* data, int size) override;
 
+    /// What getRemaining gives where there is no size: the largest number.
     static constexpr std::uint64_t unknownRemaining = ~std::uint64_t{0};
 
     /// How many bytes of the file are not read yet; unknownRemaining for what has no size, a pipe for example.

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+/// @class ResourceFileImplementation
 /// One opened archive, owned by its resource manager. Hosts only pass pointers to it.
 class ResourceFileImplementation;
 

@@ -17,12 +17,16 @@ public:
     BaseList(const BaseList&) = delete;
     BaseList& operator=(const BaseList&) = delete;
 
+    /// Kept up to date: no list is walked for it.
     std::uint32_t getCount() const { return count; }
 
-    /// The ends; null when the list is empty.
+    /// Null when the list is empty.
     T* getFirst() const { return static_cast<T*>(first); }
+
+    /// Null when the list is empty.
     T* getLast() const { return static_cast<T*>(last); }
 
+    /// Whether the list deletes its elements, as the constructor was told.
     bool isOwner() const { return ownsElements; }
 
     /// Links the element at the end, out of any other list that it is in. Does nothing if it is in this one, or null.
@@ -69,8 +73,10 @@ public:
     /// Null when the node is in no list.
     BaseList<T>* getList() const { return list; }
 
-    /// The neighbours; null at the ends and outside a list.
+    /// Null for the first of a list and outside a list.
     T* getPrev() const { return static_cast<T*>(prev); }
+
+    /// Null for the last of a list and outside a list.
     T* getNext() const { return static_cast<T*>(next); }
 
     /// Links the node at the end of a list, out of any other that it is in. Does nothing if it is in that one, or if
@@ -100,9 +106,11 @@ protected:
     /// Appends the node to the list unless that is null.
     explicit BaseListNode(BaseList<T>* list = nullptr) { appendTo(list); }
 
-    // Kept on purpose: a copy carries the links of the node it was made from, but is not linked and not counted. To
-    // destroy a copy while that node is listed takes that node's place out of the list.
+    /// Kept on purpose: a copy carries the links of the node it was made from, but is not linked and not counted. To
+    /// destroy a copy while that node is listed takes that node's place out of the list.
     BaseListNode(const BaseListNode&) = default;
+
+    /// Takes over the links as a copy does, and leaves its own list's as they are: unlink it first.
     BaseListNode& operator=(const BaseListNode&) = default;
 
 private:

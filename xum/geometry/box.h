@@ -8,12 +8,16 @@
 /// An axis-aligned box. A default-constructed box is empty: minimum +infinity, maximum -infinity in every component, so
 /// that the first point added sets both corners.
 struct Box {
+    /// The corners with the smallest and the largest coordinates; both belong to the box.
+    /// @{
     Vector3<float> minimum{std::numeric_limits<float>::infinity(), std::numeric_limits<float>::infinity(),
                            std::numeric_limits<float>::infinity()};
     Vector3<float> maximum{-std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(),
                            -std::numeric_limits<float>::infinity()};
+    /// @}
 
     constexpr Box() = default;
+    /// Nothing is sorted: with a minimum above its maximum the box is empty.
     constexpr Box(const Vector3<float>& minimum, const Vector3<float>& maximum) : minimum(minimum), maximum(maximum) {}
 
     /// Grows the box so that it holds the point.
@@ -34,11 +38,14 @@ struct Box {
     /// True when no point was added: some minimum lies above its maximum.
     constexpr bool isEmpty() const { return minimum.x > maximum.x || minimum.y > maximum.y || minimum.z > maximum.z; }
 
+    /// Exact, corner by corner.
+    /// @{
     constexpr friend bool operator==(const Box& a, const Box& b)
     {
         return a.minimum == b.minimum && a.maximum == b.maximum;
     }
     constexpr friend bool operator!=(const Box& a, const Box& b) { return !(a == b); }
+    /// @}
 
 private:
     static constexpr float smaller(float a, float b) { return a < b ? a : b; }

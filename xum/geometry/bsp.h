@@ -22,6 +22,7 @@ public:
 
     ~BSP();
 
+    /// Owned by the tree; null if it was made of null.
     BSPNode* getRoot() const { return root; }
 
     /// The leaf that holds the point. On a plane, the front side counts. Null only where the tree lacks a child.

@@ -19,8 +19,11 @@ public:
     BSPMesh(const BSPMesh&) = delete;
     BSPMesh& operator=(const BSPMesh&) = delete;
 
+    /// Where the tree's own origin lies in the world: its planes count from there.
+    /// @{
     const Vector3<float>& getOrigin() const { return origin; }
     void setOrigin(const Vector3<float>& newOrigin) { origin = newOrigin; }
+    /// @}
 
     /// Null if it was made without.
     BSP* getBSP() const { return bsp.get(); }

@@ -30,6 +30,7 @@ protected:
 /// The content of an inner node. Owns its children.
 class XUM_API BSPNodeContentNode final : public BSPNodeContent {
 public:
+    /// Takes ownership of the children.
     BSPNodeContentNode(const Plane<float>& plane, BSPNode* front, BSPNode* back)
         : plane(plane), front(front), back(back)
     {}
@@ -37,14 +38,15 @@ public:
 
     BSPNodeContentNode* clone() const override;
 
-    Plane<float> plane;
-    BSPNode* front; ///< where the plane's signed distance is 0 or more
-    BSPNode* back;
+    Plane<float> plane; ///< parts the space between the children
+    BSPNode* front;     ///< where the plane's signed distance is 0 or more
+    BSPNode* back;      ///< where it is less
 };
 
 /// The content of a leaf. Owns nothing that it points to.
 class XUM_API BSPNodeContentLeaf final : public BSPNodeContent {
 public:
+    /// Takes the lists, but not what they point to.
     BSPNodeContentLeaf(bool kind, std::vector<Brush*> brushes, std::vector<struct Polygon*> polygons)
         : kind(kind), brushes(std::move(brushes)), polygons(std::move(polygons))
     {}
@@ -52,8 +54,11 @@ public:
     BSPNodeContentLeaf* clone() const override;
 
     bool kind; ///< means what the maker of the map says
+    /// Owned by the tree or by the host, see BSP.
+    /// @{
     std::vector<Brush*> brushes;
     std::vector<struct Polygon*> polygons;
+    /// @}
 };
 
 /// A node of a BSP tree. Owns its content, and with it all nodes below.
@@ -70,16 +75,22 @@ public:
     BSPNode(const BSPNode&) = delete;
     BSPNode& operator=(const BSPNode&) = delete;
 
+    /// Whether getLeaf has the content; else getNode has it.
     bool isLeaf() const { return leaf; }
 
     /// The content of an inner node; null for a leaf.
+    /// @{
     BSPNodeContentNode* getNode() { return leaf ? nullptr : &innerContent; }
     const BSPNodeContentNode* getNode() const { return leaf ? nullptr : &innerContent; }
+    /// @}
 
     /// The content of a leaf; null for an inner node.
+    /// @{
     BSPNodeContentLeaf* getLeaf() { return leaf ? &leafContent : nullptr; }
     const BSPNodeContentLeaf* getLeaf() const { return leaf ? &leafContent : nullptr; }
+    /// @}
 
+    /// The content of either kind; never null.
     const BSPNodeContent* getContent() const
     {
         return leaf ? static_cast<const BSPNodeContent*>(&leafContent) : &innerContent;
@@ -89,8 +100,10 @@ public:
 
 private:
     bool leaf;
+    /// @cond
     union { // in the node itself: to follow a path down is to wait for memory once a level
         BSPNodeContentNode innerContent;
         BSPNodeContentLeaf leafContent;
     };
+    /// @endcond
 };

@@ -10,7 +10,7 @@
 /// every plane by at least `margin` world units; what is cut ends at that distance.
 class XUM_API Clipper {
 public:
-    static constexpr float margin = 0.01f;
+    static constexpr float margin = 0.01f; ///< in world units
 
     /// Copies the planes. With none, nothing is ever cut away.
     explicit Clipper(const std::vector<Plane<float>>& planes) : planes(planes) {}

@@ -20,15 +20,20 @@ public:
     CompiledMap(const CompiledMap&) = delete;
     CompiledMap& operator=(const CompiledMap&) = delete;
 
+    /// The texts as they were given or read.
+    /// @{
     const std::string& getFirst() const { return first; }
     const std::string& getSecond() const { return second; }
+    /// @}
 
     /// Owned by the map, as what is appended to the lists. Only the meshes are written to files.
+    /// @{
     BaseList<BSPMesh>& getBSPMeshes() { return bspMeshes; }
     const BaseList<BSPMesh>& getBSPMeshes() const { return bspMeshes; }
     BaseList<Terrain>& getTerrains() { return terrains; }
     const BaseList<Terrain>& getTerrains() const { return terrains; }
     MapGrid& getGrid() { return grid; }
+    /// @}
 
     /// False when anything fails; then the file may be there in part.
     bool writeToFile(const std::string& path) const;

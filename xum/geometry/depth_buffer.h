@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+/// What draws in main memory, without graphics hardware.
 namespace Software {
 
 /// A depth buffer in main memory, kept in tiles so that a small piece of the screen lies together. Larger depths are
@@ -17,8 +18,10 @@ public:
     DepthBuffer(int width, int height, int tileWidth, int tileHeight);
 
     /// A copy shares the tiles of its source: what one writes the other sees, until one is resized.
+    /// @{
     DepthBuffer(const DepthBuffer& other);
     DepthBuffer& operator=(const DepthBuffer& other);
+    /// @}
     ~DepthBuffer();
 
     /// Does nothing when that is the size already; else the contents are lost: clear() comes before the first test. A
@@ -41,10 +44,17 @@ public:
         return true;
     }
 
+    /// In pixels, as they were asked for, a size below 1 included.
+    /// @{
     int getWidth() const { return width; }
     int getHeight() const { return height; }
+    /// @}
+
+    /// Those at the right and at the lower edge included, of which a part may lie outside.
+    /// @{
     int getTilesPerRow() const { return tilesPerRow; }
     int getTileCount() const { return static_cast<int>(tiles.size()); }
+    /// @}
 
 private:
     int width = 0;

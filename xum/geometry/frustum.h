@@ -21,6 +21,7 @@ public:
     void setFromViewVectors(const Vector3<float>& eye, const Vector3<float>& a, const Vector3<float>& f,
                             const Vector3<float>& c, float angleA, float angleC, float divisorC);
 
+    /// In the order of setFromViewVectors; none before it is called.
     const std::vector<Plane<float>>& getPlanes() const { return planes; }
 
 private:

@@ -8,6 +8,7 @@
 /// What a game registers in a MapGrid; games derive from it. Appending it to another cell moves it there.
 class XUM_API MapGridObject : public BaseListNode<MapGridObject> {
 public:
+    /// In the cell, or in none for null.
     explicit MapGridObject(BaseList<MapGridObject>* cell = nullptr) : BaseListNode(cell) {}
     ~MapGridObject() override;
 };
@@ -31,6 +32,7 @@ public:
     MapGrid(const MapGrid&) = delete;
     MapGrid& operator=(const MapGrid&) = delete;
 
+    /// The constant `size`.
     int getSize() const { return size; }
 
     /// x and y from 0 to 255; null outside.

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Matrices of three and of four rows, and the two of them that models and cameras need.
+
 #include <xum/engine/export.h>
 #include <xum/geometry/vector.h>
 
@@ -8,6 +11,7 @@
 /// three view vectors as its rows.
 template <class T>
 struct Matrix3 {
+    /// Row by row.
     T elements[9] = {T(1), T(0), T(0), T(0), T(1), T(0), T(0), T(0), T(1)};
 
     constexpr Matrix3() = default;
@@ -17,25 +21,32 @@ struct Matrix3 {
         : elements{m00, m01, m02, m10, m11, m12, m20, m21, m22}
     {}
 
+    /// The matrix that takes v to (dot(a, v), dot(b, v), dot(c, v)).
     static constexpr Matrix3 fromRows(const Vector3<T>& a, const Vector3<T>& b, const Vector3<T>& c)
     {
         return {a.x, a.y, a.z, b.x, b.y, b.z, c.x, c.y, c.z};
     }
 
+    /// An element, both counted from 0; not checked.
+    /// @{
     constexpr T& operator()(int row, int column) { return elements[3 * row + column]; }
     constexpr const T& operator()(int row, int column) const { return elements[3 * row + column]; }
+    /// @}
 
+    /// From 0 to 2; not checked.
     constexpr Vector3<T> getRow(int row) const
     {
         return {elements[3 * row], elements[3 * row + 1], elements[3 * row + 2]};
     }
 
+    /// The matrix with rows and columns exchanged: of a rotation the inverse.
     constexpr Matrix3 transposed() const
     {
         const T* e = elements;
         return {e[0], e[3], e[6], e[1], e[4], e[7], e[2], e[5], e[8]};
     }
 
+    /// a * b applies b first.
     constexpr friend Matrix3 operator*(const Matrix3& a, const Matrix3& b)
     {
         Matrix3 product;
@@ -45,11 +56,14 @@ struct Matrix3 {
         return product;
     }
 
+    /// The vector as a column.
     constexpr friend Vector3<T> operator*(const Matrix3& m, const Vector3<T>& v)
     {
         return {dot(m.getRow(0), v), dot(m.getRow(1), v), dot(m.getRow(2), v)};
     }
 
+    /// Exact, element by element.
+    /// @{
     constexpr friend bool operator==(const Matrix3& a, const Matrix3& b)
     {
         for (int i = 0; i < 9; ++i)
@@ -57,6 +71,7 @@ struct Matrix3 {
         return true;
     }
     constexpr friend bool operator!=(const Matrix3& a, const Matrix3& b) { return !(a == b); }
+    /// @}
 };
 
 /// Sixteen components stored row by row: element (row, column), both counted from 0, lies at index 4 * row + column.
@@ -67,6 +82,7 @@ struct Matrix3 {
 /// the vector on the left, `vec4(position, 1.0) * matrix`.
 template <class T>
 struct Matrix4 {
+    /// Row by row.
     T elements[16] = {T(1), T(0), T(0), T(0), T(0), T(1), T(0), T(0), T(0), T(0), T(1), T(0), T(0), T(0), T(0), T(1)};
 
     constexpr Matrix4() = default;
@@ -103,14 +119,19 @@ struct Matrix4 {
         return m;
     }
 
+    /// An element, both counted from 0; not checked.
+    /// @{
     constexpr T& operator()(int row, int column) { return elements[4 * row + column]; }
     constexpr const T& operator()(int row, int column) const { return elements[4 * row + column]; }
+    /// @}
 
+    /// From 0 to 3; not checked.
     constexpr Vector4<T> getRow(int row) const
     {
         return {elements[4 * row], elements[4 * row + 1], elements[4 * row + 2], elements[4 * row + 3]};
     }
 
+    /// The matrix with rows and columns exchanged.
     constexpr Matrix4 transposed() const
     {
         Matrix4 m;
@@ -119,6 +140,7 @@ struct Matrix4 {
         return m;
     }
 
+    /// a * b applies b first.
     constexpr friend Matrix4 operator*(const Matrix4& a, const Matrix4& b)
     {
         Matrix4 product;
@@ -129,11 +151,14 @@ struct Matrix4 {
         return product;
     }
 
+    /// The vector as a column; the result is not divided by its w.
     constexpr friend Vector4<T> operator*(const Matrix4& m, const Vector4<T>& v)
     {
         return {dot(m.getRow(0), v), dot(m.getRow(1), v), dot(m.getRow(2), v), dot(m.getRow(3), v)};
     }
 
+    /// Exact, element by element.
+    /// @{
     constexpr friend bool operator==(const Matrix4& a, const Matrix4& b)
     {
         for (int i = 0; i < 16; ++i)
@@ -141,6 +166,7 @@ struct Matrix4 {
         return true;
     }
     constexpr friend bool operator!=(const Matrix4& a, const Matrix4& b) { return !(a == b); }
+    /// @}
 };
 
 /// Copies row 0 of m into a, row 1 into b and row 2 into c. Of an unrotated camera these are right (+x), forward (+y)

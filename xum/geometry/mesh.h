@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Triangle meshes, and where they come from: a file or a sphere.
+
 #include <xum/engine/export.h>
 #include <xum/geometry/box.h>
 #include <xum/geometry/vector.h>
@@ -12,6 +15,9 @@ class VertexBuffer;
 
 /// An indexed triangle mesh with texture coordinates and normals, all optional. The front of a triangle is where its
 /// corners run counter-clockwise. Slot order is ABI.
+///
+/// The create functions return new buffers, which the caller hands back to the device: null from a device that makes
+/// none, and when memory runs out.
 class XUM_API Mesh {
 public:
     /// There is a texture coordinate for each position or none at all, and three indexes a triangle.
@@ -25,9 +31,12 @@ public:
     /// True.
     virtual bool isValid();
 
+    /// As the constructor got them.
+    /// @{
     const std::vector<Vector3<float>>& getPositions() const { return positions; }
     const std::vector<Vector2<float>>& getTextureCoordinates() const { return textureCoordinates; }
     const std::vector<int>& getIndexes() const { return indexes; }
+    /// @}
 
     /// One for each triangle; empty until calculated.
     const std::vector<Vector3<float>>& getFaceNormals() const { return faceNormals; }
@@ -46,9 +55,8 @@ public:
     /// than 0.00001. The face normals come first.
     void calculateVertexNormals();
 
-    /// New buffers, handed back to the device by the caller; null from a device that makes none, and when memory runs
-    /// out. This one has the positions, texture coordinates (when there is one for each position) and vertex normals
-    /// that there are, for VertexBuffer::drawTriangles.
+    /// The positions, texture coordinates (when there is one for each position) and vertex normals that there are, for
+    /// VertexBuffer::drawTriangles.
     VertexBuffer* createVertexBuffer(RenderDevice* device) const;
 
     /// The sides of all triangles, for VertexBuffer::drawLines.
@@ -56,8 +64,10 @@ public:
 
     /// Lines along the normals, from the middle of each face and from each position, for VertexBuffer::drawLines. They
     /// are a twentieth of the diagonal of the bounding box long.
+    /// @{
     VertexBuffer* createFaceNormalsVertexBuffer(RenderDevice* device) const;
     VertexBuffer* createVertexNormalsVertexBuffer(RenderDevice* device) const;
+    /// @}
 
 private:
     /// Whether all three indexes name a position.

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <xum/engine/export.h>
-
+/// @file
 /// Pseudo-random bytes from one fixed table of 256 with one process-wide cursor: every run draws the same sequence,
 /// which repeats after 256 draws. Not locked; nothing reseeds it, and nothing inside the library draws from it.
+
+#include <xum/engine/export.h>
 
 /// The next byte of the table; advances the cursor.
 XUM_API unsigned char randomByte();

@@ -15,6 +15,9 @@ class VertexBuffer;
 /// A height field: a grid of vertices in the x-y plane whose positions the game shapes. It has 2 * width + 1 columns
 /// and 2 * height + 1 rows, `spacing` world units apart, around the origin; two triangles a cell, counter-clockwise as
 /// seen from above. It has no normals.
+///
+/// The create functions return new buffers, which the caller hands back to the device: null from a device that makes
+/// none, and when memory runs out.
 class XUM_API Terrain : public BaseListNode<Terrain> {
 public:
     /// Flat, in no list. With a negative width or height it has no vertices. Throws std::bad_alloc when memory runs
@@ -29,8 +32,13 @@ public:
 
     ~Terrain() override;
 
+    /// Half the number of cells along x and along y, as the constructor got them.
+    /// @{
     int getWidth() const { return width; }
     int getHeight() const { return height; }
+    /// @}
+
+    /// From one vertex to the next, in world units.
     int getSpacing() const { return spacing; }
 
     /// Row by row: column x of row y is number y * (2 * width + 1) + x.
@@ -50,13 +58,13 @@ public:
     void modify(const std::function<Vector3<float>(int x, int y, const Vector3<float>& position)>& function,
                 int smoothPasses);
 
+    /// Of the positions, calculated whenever they change; the empty box when there are none.
     const Box& getBoundingBox() const { return boundingBox; }
 
     /// A copy, owned by the caller; see the copy constructor. Null when memory runs out.
     Terrain* clone() const;
 
-    /// New buffers, handed back to the device by the caller; null from a device that makes none, and when memory runs
-    /// out. With positions and texture coordinates, for VertexBuffer::drawTriangles.
+    /// The positions and texture coordinates, for VertexBuffer::drawTriangles.
     VertexBuffer* createVertexBuffer(RenderDevice* device) const;
 
     /// The lines of the grid, for VertexBuffer::drawLines.

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// TrueType fonts: how they are opened, and text as a texture.
+
 #include <xum/engine/export.h>
 #include <xum/geometry/vector.h>
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Pictures in main memory, and how they are read from files.
+
 #include <xum/engine/export.h>
 
 #include <memory>
@@ -8,18 +11,24 @@
 
 struct SDL_PixelFormat;
 
-/// Opaque black by default.
+/// One point of a picture: opaque black by default.
 struct Pixel {
+    /// 0, dark, to 255; not multiplied by alpha.
+    /// @{
     unsigned char red = 0;
     unsigned char green = 0;
     unsigned char blue = 0;
-    unsigned char alpha = 255;
+    /// @}
+    unsigned char alpha = 255; ///< 0, invisible, to 255, opaque
 
+    /// All four channels, also those of an invisible pixel.
+    /// @{
     constexpr friend bool operator==(const Pixel& a, const Pixel& b)
     {
         return a.red == b.red && a.green == b.green && a.blue == b.blue && a.alpha == b.alpha;
     }
     constexpr friend bool operator!=(const Pixel& a, const Pixel& b) { return !(a == b); }
+    /// @}
 };
 
 static_assert(sizeof(Pixel) == 4);
@@ -34,19 +43,25 @@ public:
     /// null data leaves all pixels opaque black. Throws std::bad_alloc when memory runs out.
     Image(int width, int height, int pitch, const SDL_PixelFormat* format, const unsigned char* data, bool hasAlpha);
 
+    /// As clone(), but throws std::bad_alloc when memory runs out.
     Image(const Image& other);
     Image& operator=(const Image&) = delete;
     virtual ~Image();
 
+    /// In pixels; 0 for an empty image.
+    /// @{
     int getWidth() const { return width; }
     int getHeight() const { return height; }
+    /// @}
 
     /// Whether some pixel's alpha is below 255, or the creator said so.
     bool hasAlpha() const { return alpha; }
 
     /// width * height pixels, row by row from the top; owned by the image.
+    /// @{
     Pixel* getPixels() { return pixels.get(); }
     const Pixel* getPixels() const { return pixels.get(); }
+    /// @}
 
     /// (0, 0) is the top left; outside the image an opaque black pixel.
     const Pixel& getPixel(int x, int y) const;
@@ -81,5 +96,5 @@ private:
 /// or grey one, is a fatal error: "Only 24 and 32 bit images are supported!".
 XUM_API Image* loadImage(const std::string& fileName);
 
-/// The same from the bytes of a file.
+/// loadImage from the bytes of a file.
 XUM_API Image* loadImageFromMemory(const std::vector<unsigned char>& data);

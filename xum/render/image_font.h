@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Bitmap fonts: how they are loaded, measured and drawn.
+
 #include <xum/engine/export.h>
 #include <xum/geometry/vector.h>
 #include <xum/render/render_types.h>
@@ -55,9 +58,14 @@ public:
     void generateCharacter(std::vector<Vector3<float>>& positions, std::vector<Vector2<float>>& coordinates, int x,
                            int y, float scale, float leftHalfHeight, float rightHalfHeight, int character) const;
 
+    /// In the colours of the picture, at scale 1.
     void draw(RenderDevice* device, int x, int y, const std::string& text, bool centerX, bool centerY);
+
+    /// In the colours of the picture. The steps between characters are scaled, too.
     void drawScaled(RenderDevice* device, int x, int y, const std::string& text, float scale, bool centerX,
                     bool centerY);
+
+    /// At scale 1. The colour, RGBA from 0 to 1, goes to the program with each vertex.
     void drawColored(RenderDevice* device, int x, int y, const std::string& text, const Vector4<float>& color,
                      bool centerX, bool centerY);
 
@@ -103,10 +111,12 @@ private:
     void writeText(const std::string& text, Place place, std::size_t firstVertex);
     void drawWritten(RenderDevice* device, VertexBuffer* target) const;
 
+    /// @cond
     friend XUM_API ImageFont* loadImageFont(RenderDevice*, const std::string&, int, int, int, int, bool);
     friend XUM_API ImageFont* loadImageFontFromMemory(RenderDevice*, ResourceManager*, const std::string&, int, int,
                                                       int, int, bool);
     friend XUM_API void destroyImageFont(RenderDevice*, ImageFont*);
+    /// @endcond
 
     int cellHeight;
     Texture* texture = nullptr;
@@ -129,7 +139,7 @@ private:
 XUM_API ImageFont* loadImageFont(RenderDevice* device, const std::string& fileName, int cellWidth, int cellHeight,
                                  int columns, int firstCharacter, bool trim);
 
-/// The same with the picture's bytes from a resource manager.
+/// loadImageFont with the picture's bytes from a resource manager.
 XUM_API ImageFont* loadImageFontFromMemory(RenderDevice* device, ResourceManager* resources, const std::string& name,
                                            int cellWidth, int cellHeight, int columns, int firstCharacter, bool trim);
 

@@ -11,9 +11,13 @@ class RenderDevice;
 /// A light that is added to a picture by a pass over the whole screen.
 class XUM_API Light {
 public:
+    /// A light holds no resources: a copy is as good as the first.
+    /// @{
     Light() = default;
     Light(const Light&) = default;
     Light& operator=(const Light&) = default;
+    /// @}
+
     virtual ~Light() = default;
 
     /// Draws a rectangle over the whole screen. The caller has bound the light's program and set its uniforms.
@@ -23,24 +27,27 @@ public:
 /// A light that shines in a cone and casts shadows by a depth map.
 class XUM_API SpotLight : public Light {
 public:
+    /// White, at the origin, and without a direction yet.
     SpotLight();
 
-    Vector3<float> color = {1, 1, 1};
-    Vector3<float> position = {0, 0, 0};
+    Vector3<float> color = {1, 1, 1};    ///< red, green and blue, for the host to give to its shader
+    Vector3<float> position = {0, 0, 0}; ///< in world units
 
     /// Where it shines to and what is up in its shadow map: of any length from 0.00001 to 10^18, and not parallel to
     /// each other.
+    /// @{
     Vector3<float> direction = {0, 0, 0};
     Vector3<float> up = {0, 0, 0};
+    /// @}
 
     /// The whole angles of the bright cone and of the one outside which there is no light, in degrees. The cosines are
     /// for shaders: who changes an angle also changes its cosine. At the start they are those of the whole angles; a
     /// shader that compares with the angle from the middle of the cone wants those of half the angles, or it lights
     /// what the shadow map does not reach.
     float innerAngle = 45;
-    float innerCosine;
-    float outerAngle = 60;
-    float outerCosine;
+    float innerCosine;     ///< see innerAngle
+    float outerAngle = 60; ///< see innerAngle
+    float outerCosine;     ///< see innerAngle
 
     /// From world to clip coordinates, for matrix * point: the picture of an observer at `position` who looks along
     /// `direction` with `up` as near to upwards as can be. It is as wide as the larger angle, in both directions, and

@@ -38,6 +38,7 @@ public:
     /// left bound for drawing and reading; the viewport does not change and nothing is cleared. An unknown format is a
     /// fatal error: "Invalid texture format!". An incomplete target is warned of: "FBO not complete!".
     virtual RenderTarget* createRenderTarget(int width, int height, const std::list<TextureFormat>& formats) = 0;
+    /// With its textures. Where it is bound the window takes its place.
     virtual void destroyRenderTarget(RenderTarget* target) = 0;
 
     /// Compiles the text of a file. Compile problems are warned of, with the name and the compiler's log, and an empty
@@ -46,6 +47,8 @@ public:
 
     /// Compiles `source` up to its first NUL; `name` only labels the compile messages.
     virtual Shader* createShader(ShaderType type, const std::string& name, const std::vector<char>& source) = 0;
+
+    /// The programs that were linked from it stay whole.
     virtual void destroyShader(Shader* shader) = 0;
 
     /// Links shaders into a program; null ones are skipped. The first attribute name is bound to location 0, the next
@@ -54,6 +57,8 @@ public:
     /// custom!". Link problems are warned of. The new program is not current for this device.
     virtual Program* createProgram(const std::list<Shader*>& shaders, const std::list<std::string>& attributes,
                                    const std::list<std::string>& outputs) = 0;
+
+    /// If it is the current one there is none afterwards: uniforms are ignored until the next useProgram.
     virtual void destroyProgram(Program* program) = 0;
 
     /// An empty texture of 8-bit RGBA, left bound to unit 0. Null, with a log line, for a negative size and for one
@@ -65,6 +70,8 @@ public:
 
     /// dynamic: the contents will change often.
     virtual VertexBuffer* createVertexBuffer(bool dynamic) = 0;
+
+    /// What was drawn from it before stays drawn.
     virtual void destroyVertexBuffer(VertexBuffer* buffer) = 0;
 
     /// The drawing rectangle in pixels from the top left of a target that is screenHeight pixels high.
@@ -77,8 +84,11 @@ public:
     /// scissor apply.
     virtual void clear(bool color, bool depth, bool stencil) = 0;
 
+    /// For every draw target, until it is switched again. At the start the three kinds of writes are enabled alone.
+    /// @{
     virtual void enable(RenderFeature feature) = 0;
     virtual void disable(RenderFeature feature) = 0;
+    /// @}
 
     /// Null binds the window.
     virtual void bindRenderTarget(RenderTarget* target, TargetBinding binding) = 0;
@@ -89,21 +99,27 @@ public:
     /// Units 0 to 7; another unit and null are ignored. The unit becomes the active one.
     virtual void bindTexture(int unit, Texture* texture) = 0;
 
+    /// Less at the start. Counts while DepthTest is enabled.
     virtual void setDepthFunction(DepthFunction function) = 0;
+
+    /// None at the start.
     virtual void setCullMode(CullMode mode) = 0;
+
+    /// None at the start. One mode for all colour attachments.
     virtual void setBlendMode(BlendMode mode) = 0;
 
-    /// An unknown function acts as Never.
+    /// Always, with 0 and 255, at the start. Counts while StencilTest is enabled. An unknown function acts as Never.
     virtual void setStencilFunction(CompareFunction function, unsigned char reference, unsigned char mask) = 0;
 
     /// What happens to the stored value where the stencil test fails, where only the depth test fails, and where both
-    /// pass. An unknown operation acts as Keep.
+    /// pass; at the start Keep, Keep and Replace. An unknown operation acts as Keep.
     virtual void setStencilOperation(StencilOperation stencilFail, StencilOperation depthFail,
                                      StencilOperation depthPass) = 0;
 
     /// Sets a uniform of the current program, looked up by name each time. Unknown names, and all names without a
     /// current program, are ignored. Matrices go over row by row: shaders multiply with the vector on the left. The int
     /// form also sets sampler units. Returns this device, so that calls chain.
+    /// @{
     virtual RenderDevice& setUniform(const std::string& name, const Matrix4<float>& value) = 0;
     virtual RenderDevice& setUniform(const std::string& name, const Matrix3<float>& value) = 0;
     virtual RenderDevice& setUniform(const std::string& name, const Vector4<float>& value) = 0;
@@ -111,6 +127,7 @@ public:
     virtual RenderDevice& setUniform(const std::string& name, const Vector2<float>& value) = 0;
     virtual RenderDevice& setUniform(const std::string& name, float value) = 0;
     virtual RenderDevice& setUniform(const std::string& name, int value) = 0;
+    /// @}
 
     /// Presents the frame.
     virtual void swap(Window* window) = 0;

@@ -7,6 +7,7 @@
 /// may be destroyed as soon as the programs that need it are made. Slot order is ABI.
 class XUM_API Shader {
 public:
+    /// The stage that it was made for.
     virtual ShaderType getType() = 0;
 
     virtual ~Shader() = default;

@@ -16,8 +16,11 @@ public:
     /// The format that it was made with.
     virtual const TextureFormat& getFormat() = 0;
 
+    /// In pixels.
+    /// @{
     virtual int getWidth() = 0;
     virtual int getHeight() = 0;
+    /// @}
 
     /// Sets both filters, through the mipmaps where there are any. Anisotropic is a fatal error:
     /// "Texture::setFilter() -> Anisotropic not implemented!". Other values change nothing.
