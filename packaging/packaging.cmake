@@ -24,6 +24,7 @@ set(CPACK_PACKAGE_NAME xum-engine)
 set(CPACK_PACKAGE_VENDOR "the xum-engine team")
 set(CPACK_PACKAGE_CONTACT "the xum-engine team <xum-engine@localhost.localdomain>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # cpack would put it in front of each package's own
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -40,6 +41,8 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+# cpack's scripts call ldconfig, which is slow. With the trigger, dpkg calls it once for all libraries.
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
 
 # Read by cpack when it runs. All files in the packages, and their members, get the time of the changelog's newest entry:
 # the same sources make the same packages.
@@ -60,11 +63,15 @@ function(xum_install_package_documents component name)
     xum_compress(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${documents}/changelog.gz)
     install(FILES ${documents}/copyright ${documents}/changelog.Debian.gz ${documents}/changelog.gz
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${component})
-    set(overrides ${PROJECT_SOURCE_DIR}/packaging/lintian/${component}.overrides)
-    if(EXISTS ${overrides})
-        install(FILES ${overrides} DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME ${name}
-            COMPONENT ${component})
+    file(READ packaging/lintian/all.overrides overrides)
+    set(own_overrides ${PROJECT_SOURCE_DIR}/packaging/lintian/${component}.overrides)
+    if(EXISTS ${own_overrides})
+        file(READ ${own_overrides} more)
+        string(APPEND overrides ${more})
     endif()
+    file(CONFIGURE OUTPUT ${documents}/overrides CONTENT "${overrides}" @ONLY)
+    install(FILES ${documents}/overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME ${name}
+        COMPONENT ${component})
 endfunction()
 
 # One package: its component, its name and section, what it is in one line and in several of at most 79 characters, and
