@@ -21,16 +21,19 @@ from check_includes import listed_headers  # noqa: E402
 
 COMMENT = re.compile(r"//[^\n]*|/\*.*?\*/", re.DOTALL)
 CLASS = re.compile(r"\b(?<!enum )(?:class|struct)\s+(?:XUM_API\s+)?(\w+)\s*(final)?\s*(?::([^;{(]*))?\{")
+TEMPLATE = re.compile(r"\btemplate\s*<[^<>]*>\s*$")
 VIRTUAL = re.compile(r"\bvirtual\s+([^;{]*)")
 OPERATION = re.compile(r"(~?\w+)\s*\(")
 
 
-class PolymorphicClass:
-    def __init__(self, header, name, final, bases, operations):
+class HeaderClass:
+    def __init__(self, header, name, template, final, bases, polymorphic, operations):
         self.header = header
         self.name = name
+        self.template = template
         self.final = final
         self.bases = bases
+        self.polymorphic = polymorphic  # by its own declarations
         self.operations = operations  # without the destructor and without overrides
 
 
@@ -45,29 +48,40 @@ def block(text, start):
 
 
 def classes_of(header, text):
+    """The classes of a header, without those inside others."""
     text = COMMENT.sub("", text)
+    end = 0
     for found in CLASS.finditer(text):
+        if found.start() < end:
+            continue
         name, final, bases = found.groups()
         body = block(text, found.end())
+        end = found.end() + len(body)
+        template = TEMPLATE.search(text[:found.start()]) is not None
         declared = [OPERATION.search(declaration) for declaration in VIRTUAL.findall(body)]
         operations = [operation[1] for operation in declared if operation is not None]
         base_names = re.findall(r"\b(?:public|private|protected)\s+(\w+)", bases or "")
         polymorphic = bool(operations) or re.search(r"\boverride\b", body) is not None
-        yield PolymorphicClass(header, name, final is not None, base_names,
-                               [each for each in operations if not each.startswith("~")]), polymorphic
+        yield HeaderClass(header, name, template, final is not None, base_names, polymorphic,
+                          [each for each in operations if not each.startswith("~")])
 
 
-def polymorphic_classes(folder, headers):
+def public_classes(folder):
+    """All classes of the public headers in the folder xum."""
+    public, _ = listed_headers(folder.parent)
+    return [found for header in sorted(public)
+            for found in classes_of(header, (folder / header).read_text(encoding="utf-8"))]
+
+
+def polymorphic_classes(every):
     """Those that say so themselves, and those that are derived from one of them."""
-    every = [pair for header in sorted(headers)
-             for pair in classes_of(header, (folder / header).read_text(encoding="utf-8"))]
-    known = {found.name for found, polymorphic in every if polymorphic}
+    known = {found.name for found in every if found.polymorphic}
     grown = True
     while grown:
-        derived = {found.name for found, _ in every if known.intersection(found.bases)}
+        derived = {found.name for found in every if known.intersection(found.bases)}
         grown = not derived <= known
         known |= derived
-    return [found for found, _ in every if found.name in known]
+    return [found for found in every if found.name in known]
 
 
 def problems_of(classes, tests):
@@ -86,8 +100,7 @@ def main():
     parser.add_argument("--tests", type=Path, default=CHECKOUT / "tests")
     parser.add_argument("--list", action="store_true", help="print what was found, too")
     options = parser.parse_args()
-    public, _ = listed_headers(options.headers.parent)
-    classes = polymorphic_classes(options.headers, public)
+    classes = polymorphic_classes(public_classes(options.headers))
     tests = "".join(COMMENT.sub("", path.read_text(encoding="utf-8")) for path in sorted(options.tests.rglob("*_test.cpp")))
     if options.list:
         for found in classes:
