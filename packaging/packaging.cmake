@@ -11,7 +11,8 @@ function(xum_read_changelog field result)
     set(${result} ${value} PARENT_SCOPE)
 endfunction()
 
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/changelog.Debian)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/changelog.Debian CHANGELOG.md
+    packaging/lintian)
 xum_read_changelog(Version xum_package_version)
 xum_read_changelog(Timestamp xum_package_time)
 string(REGEX MATCH "^(.*)-([^-]*)$" matched ${xum_package_version})
@@ -134,5 +135,15 @@ xum_debian_package(game xum-game games "gather twelve embers before night falls"
 
 include(CPack)
 
-add_custom_target(packages COMMAND ${CMAKE_COMMAND} -E rm -rf ${CPACK_PACKAGE_DIRECTORY} COMMAND ${CMAKE_CPACK_COMMAND}
-    DEPENDS xum-engine xum xum-game xum-editor VERBATIM)
+# cpack takes what is built, so all of it comes first. What that is, is known when the whole project was read.
+function(xum_add_packages_target)
+    if(NOT TARGET xum-editor)
+        message(FATAL_ERROR "The packages need Dear ImGui, for the editor")
+    endif()
+    add_custom_target(packages COMMAND ${CMAKE_COMMAND} -E rm -rf ${CPACK_PACKAGE_DIRECTORY}
+        COMMAND ${CMAKE_CPACK_COMMAND} DEPENDS xum-engine xum xum-game xum-editor VERBATIM)
+    if(TARGET manual-pages)
+        add_dependencies(packages manual-pages)
+    endif()
+endfunction()
+cmake_language(DEFER CALL xum_add_packages_target)
