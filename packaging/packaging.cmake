@@ -17,7 +17,8 @@ xum_read_changelog(Version xum_package_version)
 xum_read_changelog(Timestamp xum_package_time)
 string(REGEX MATCH "^(.*)-([^-]*)$" matched ${xum_package_version})
 if(NOT CMAKE_MATCH_1 STREQUAL PROJECT_VERSION)
-    message(FATAL_ERROR "The newest entry of packaging/changelog.Debian is of version ${CMAKE_MATCH_1}, not of ${PROJECT_VERSION}")
+    message(FATAL_ERROR
+        "The newest entry of packaging/changelog.Debian is of ${CMAKE_MATCH_1}, not of ${PROJECT_VERSION}")
 endif()
 
 set(CPACK_GENERATOR DEB)
@@ -45,10 +46,10 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 # cpack's scripts call ldconfig, which is slow. With the trigger, dpkg calls it once for all libraries.
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
 
-# Read by cpack when it runs. All files in the packages, and their members, get the time of the changelog's newest entry:
-# the same sources make the same packages.
-file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packaging/times.cmake CONTENT "set(ENV{SOURCE_DATE_EPOCH} @xum_package_time@)\n"
-    @ONLY)
+# Read by cpack when it runs. All files in the packages get the time of the changelog's newest entry: the same sources
+# make the same packages.
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packaging/times.cmake
+    CONTENT "set(ENV{SOURCE_DATE_EPOCH} @xum_package_time@)\n" @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/packaging/times.cmake)
 
 # Without the time and the name inside: the same bytes each time.
@@ -140,8 +141,10 @@ function(xum_add_packages_target)
     if(NOT TARGET xum-editor)
         message(FATAL_ERROR "The packages need Dear ImGui, for the editor")
     endif()
+    # cpack writes the rights that its own files happen to have into the packages.
     add_custom_target(packages COMMAND ${CMAKE_COMMAND} -E rm -rf ${CPACK_PACKAGE_DIRECTORY}
-        COMMAND ${CMAKE_CPACK_COMMAND} DEPENDS xum-engine xum xum-game xum-editor VERBATIM)
+        COMMAND sh -c "umask 022 && exec \"$0\"" ${CMAKE_CPACK_COMMAND}
+        DEPENDS xum-engine xum xum-game xum-editor VERBATIM)
     if(TARGET manual-pages)
         add_dependencies(packages manual-pages)
     endif()

@@ -4,11 +4,11 @@
 Usage: check_abi.py --library FILE --compiler FILE --references FOLDER [--renew]
 
 Two descriptions are compared with their references. abidw describes the library: its exported functions and the types
-that these take and give. And it describes the classes of the public headers, as a host sees them: where their members lie
-and which place each virtual function has. For that a small library is compiled that takes a pointer to each of them: the
-interfaces of devices come from no exported function, so the first description knows little about them. abidiff says what
-became different. An addition is no problem, anything else is: a host that was compiled before would break. --renew makes
-the references anew, for a change that is meant and is in CHANGELOG.md.
+that these take and give. And it describes the classes of the public headers, as a host sees them: where their members
+lie and which place each virtual function has. For that a small library is compiled that takes a pointer to each of
+them: the interfaces of devices come from no exported function, so the first description knows little about them.
+abidiff says what became different. An addition is no problem, anything else is: a host that was compiled before would
+break. --renew makes the references anew, for a change that is meant and is in CHANGELOG.md.
 """
 
 import argparse
@@ -32,7 +32,8 @@ SKIPPED = 77
 
 def describe(library, description, *options):
     subprocess.run(["abidw", "--headers-dir", HEADERS, "--drop-private-types", "--no-corpus-path", "--no-comp-dir-path",
-                    "--no-show-locs", "--type-id-style", "hash", *options, "--out-file", description, library], check=True)
+                    "--no-show-locs", "--type-id-style", "hash", *options, "--out-file", description, library],
+                   check=True)
 
 
 def compile_interfaces(compiler, folder):
@@ -47,8 +48,8 @@ def compile_interfaces(compiler, folder):
     source.write_text("\n".join(lines) + "\n", encoding="utf-8")
     library = folder / "libinterfaces.so"
     # All of each class is written down, also where another file would hold it.
-    subprocess.run([compiler, "-std=c++17", "-g", "-O0", "-femit-class-debug-always", "-shared", "-fPIC", f"-I{CHECKOUT}",
-                    source, "-o", library], check=True)
+    subprocess.run([compiler, "-std=c++17", "-g", "-O0", "-femit-class-debug-always", "-shared", "-fPIC",
+                    f"-I{CHECKOUT}", source, "-o", library], check=True)
     return library
 
 

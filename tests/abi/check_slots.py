@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Demands a slot test for each class with virtual functions in the public headers.
 
-Hosts call virtual functions by their place in a table. For each of them a test names its place, "slotOf(&Engine::update)"
-or another form with "&Engine::update"; and for each class a test tells how many places its table has, "placesOf<Engine>()",
-which no function can be added without changing. A final class has no table that goes on, and an override keeps the place
-of what it overrides.
+Hosts call virtual functions by their place in a table. For each of them a test names its place,
+"slotOf(&Engine::update)" or another form with "&Engine::update"; and for each class a test tells how many places its
+table has, "placesOf<Engine>()", which no function can be added without changing. A final class has no table that goes
+on, and an override keeps the place of what it overrides.
 
 Usage: check_slots.py [--headers FOLDER] [--tests FOLDER] [--list]
 """
@@ -101,7 +101,8 @@ def main():
     parser.add_argument("--list", action="store_true", help="print what was found, too")
     options = parser.parse_args()
     classes = polymorphic_classes(public_classes(options.headers))
-    tests = "".join(COMMENT.sub("", path.read_text(encoding="utf-8")) for path in sorted(options.tests.rglob("*_test.cpp")))
+    tests = "".join(COMMENT.sub("", path.read_text(encoding="utf-8"))
+                    for path in sorted(options.tests.rglob("*_test.cpp")))
     if options.list:
         for found in classes:
             print(f"{found.name}{' final' if found.final else ''}: {', '.join(found.operations)}")

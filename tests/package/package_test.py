@@ -117,8 +117,8 @@ class Package(unittest.TestCase):
             self.skipTest("the sanitizers of two compilers do not go together")
         folder = self.work_folder()
         library = self.library(self.prefix)
-        run(compiler, "-std=c++17", *STRICT, f"-I{self.prefix / 'include'}", HERE / "second_compiler" / "main.cpp", "-o",
-            "host", library, folder=folder)
+        run(compiler, "-std=c++17", *STRICT, f"-I{self.prefix / 'include'}", HERE / "second_compiler" / "main.cpp",
+            "-o", "host", library, folder=folder)
         output = run(folder / "host", folder=folder, LD_LIBRARY_PATH=library.parent)
         self.assertEqual(output.splitlines()[-1], "all is well")
 
