@@ -26,6 +26,7 @@ TEST(InputDeviceSlots, areInTheirOrder)
     EXPECT_EQ(slotOf(&InputDevice::getText), 11);
     EXPECT_EQ(slotOf(&InputDevice::getKeyName), 12);
     EXPECT_EQ(slotOf(&InputDevice::getKeyFromName), 13);
+    EXPECT_EQ(placesOf<InputDevice>(), 14);
 }
 
 TEST(InputEventLayout, isTwoIntegers)

@@ -26,6 +26,7 @@ TEST(InterfaceSlots, ofTheAudioDevice)
     EXPECT_EQ(slotOf(&AudioDevice::getListenerPosition), 11);
     EXPECT_EQ(slotOf(&AudioDevice::setListener), 12);
     EXPECT_EQ(slotOf(&AudioDevice::update), 13);
+    EXPECT_EQ(placesOf<AudioDevice>(), 14);
 }
 
 TEST(InterfaceSlots, ofTheAudioSource)
@@ -36,12 +37,15 @@ TEST(InterfaceSlots, ofTheAudioSource)
     EXPECT_EQ(slotOf(&AudioSource::setVolume), 3);
     EXPECT_EQ(slotOf(&AudioSource::play), 4);
     EXPECT_EQ(slotOf(&AudioSource::stop), 5);
+    EXPECT_EQ(placesOf<AudioSource>(), 6);
 }
 
 TEST(InterfaceSlots, ofTheNetworkDevice)
 {
     EXPECT_EQ(slotOf(&NetworkDevice::create), 0);
     EXPECT_EQ(slotOf(&NetworkDevice::destroy), 1);
+    EXPECT_EQ(placesOf<NetworkDevice>(), 2);
+    EXPECT_EQ(placesOf<NetworkObject>(), 2); // the destructor, which takes two
 }
 
 TEST(InterfaceSlots, ofTheConsole)
@@ -52,6 +56,7 @@ TEST(InterfaceSlots, ofTheConsole)
     EXPECT_EQ(slotOf(&Console::addCommand), 3);
     EXPECT_EQ(slotOf(&Console::removeCommand), 4);
     EXPECT_EQ(slotOf(&Console::setVariable), 5);
+    EXPECT_EQ(placesOf<Console>(), 6);
 }
 
 TEST(Interfaces, ofDevicesThatOnlyTheEngineDeletesHaveNoPublicDestructor)

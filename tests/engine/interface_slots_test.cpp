@@ -35,12 +35,14 @@ TEST(InterfaceSlots, ofTheEngine)
     EXPECT_EQ(slotOf(&Engine::createCache), 21);
     EXPECT_EQ(slotOf(&Engine::destroyCache), 22);
     EXPECT_EQ(slotOf(&Engine::update), 23);
+    EXPECT_EQ(placesOf<Engine>(), 24);
 }
 
 TEST(InterfaceSlots, ofTheEngineEvent)
 {
     EXPECT_EQ(slotOf(&EngineEvent::getType), 0);
     EXPECT_EQ(slotOf(&EngineEvent::getNext), 1);
+    EXPECT_EQ(placesOf<EngineEvent>(), 2);
 }
 
 TEST(InterfaceSlots, ofTheGameEngine)
@@ -50,6 +52,7 @@ TEST(InterfaceSlots, ofTheGameEngine)
     EXPECT_EQ(slotOf(&GameEngine::getSystemDevice), 2);
     EXPECT_EQ(slotOf(&GameEngine::getInputDevice), 3);
     EXPECT_EQ(slotOf(&GameEngine::update), 4);
+    EXPECT_EQ(placesOf<GameEngine>(), 5);
 }
 
 TEST(InterfaceSlots, ofTheWindow)
@@ -59,6 +62,7 @@ TEST(InterfaceSlots, ofTheWindow)
     EXPECT_EQ(slotOf(&Window::getTitle), 2);
     EXPECT_EQ(slotOf(&Window::setTitle), 3);
     EXPECT_EQ(slotOf(&Window::setFullscreen), 4);
+    EXPECT_EQ(placesOf<Window>(), 5);
 }
 
 TEST(InterfaceSlots, ofTheSystemDevice)
@@ -68,4 +72,5 @@ TEST(InterfaceSlots, ofTheSystemDevice)
     EXPECT_EQ(slotOf(&SystemDevice::hasClipboardText), 2);
     EXPECT_EQ(slotOf(&SystemDevice::getClipboardText), 3);
     EXPECT_EQ(slotOf(&SystemDevice::setClipboardText), 4);
+    EXPECT_EQ(placesOf<SystemDevice>(), 5);
 }

@@ -1,4 +1,7 @@
 #include <xum/files/cache.h>
+#include <xum/files/config_file.h>
+#include <xum/files/config_section.h>
+#include <xum/files/file.h>
 #include <xum/files/resource_manager.h>
 #include <xum/files/serializer.h>
 
@@ -14,6 +17,7 @@ TEST(InterfaceSlots, ofTheResourceManager)
 {
     EXPECT_EQ(slotOf(&ResourceManager::addResourceFile), 0);
     EXPECT_EQ(slotOf(&ResourceManager::load), 1);
+    EXPECT_EQ(placesOf<ResourceManager>(), 2);
 }
 
 TEST(InterfaceSlots, ofTheCache)
@@ -36,14 +40,28 @@ TEST(InterfaceSlots, ofTheCache)
     EXPECT_EQ(slotOf(&Cache::getSample), 15);
     EXPECT_EQ(slotOf(&Cache::getStream), 16);
     EXPECT_EQ(slotOf(&Cache::release), 17);
+    EXPECT_EQ(placesOf<Cache>(), 18);
 }
 
 TEST(InterfaceSlots, ofTheSerializers)
 {
     EXPECT_EQ(slotOf(&Serializer::failed), 0);
     EXPECT_EQ(slotOf(&Serializer::write), 1);
+    EXPECT_EQ(placesOf<Serializer>(), 2);
     EXPECT_EQ(slotOf(&Deserializer::failed), 0);
     EXPECT_EQ(slotOf(&Deserializer::read), 1);
+    EXPECT_EQ(placesOf<Deserializer>(), 2);
+}
+
+TEST(InterfaceSlots, ofFilesHaveOnlyTheDestructor)
+{
+    EXPECT_EQ(placesOf<File<std::ifstream>>(), 2); // it takes two places
+    EXPECT_EQ(placesOf<InputFile>(), 2);
+    EXPECT_EQ(placesOf<OutputFile>(), 2);
+    EXPECT_EQ(placesOf<ConfigFile>(), 2);
+    EXPECT_EQ(placesOf<ConfigSection>(), 2);
+    static_assert(std::has_virtual_destructor_v<InputFile> && std::has_virtual_destructor_v<OutputFile>);
+    static_assert(std::has_virtual_destructor_v<ConfigFile> && std::has_virtual_destructor_v<ConfigSection>);
 }
 
 TEST(Interfaces, ofFilesThatOnlyTheirMakerDeletesHaveNoPublicDestructor)

@@ -97,13 +97,30 @@ class Package(unittest.TestCase):
         self.assertHostFindsData(output, self.prefix / "share" / "xum-engine")
         self.assertEqual(run("pkg-config", "--modversion", "xum-engine", PKG_CONFIG_PATH=search_path).strip(), "0.1.0")
 
-    def test_a_c_program_opens_the_library_by_name(self):
+    def test_a_c_program_opens_the_library_by_path_and_by_name(self):
         folder = self.work_folder()
         run(options.cc, "-std=c11", "-Wall", "-Wextra", "-Wpedantic", "-Werror", *shlex.split(options.flags),
             HERE / "opener" / "opener.c", "-o", "opener", "-ldl", folder=folder)
         unloads = [] if options.unloads else ["--stays-loaded"]
+        library = self.library(self.prefix)
         # The game engine leaves its devices to the end of the process, and OpenGL drivers keep something, too.
-        run(folder / "opener", self.library(self.prefix), *unloads, folder=folder, ASAN_OPTIONS="detect_leaks=0")
+        run(folder / "opener", library, *unloads, folder=folder, ASAN_OPTIONS="detect_leaks=0")
+        # The name alone, which the system looks up as it does for programs that are linked.
+        run(folder / "opener", library.name, *unloads, folder=folder, ASAN_OPTIONS="detect_leaks=0",
+            LD_LIBRARY_PATH=library.parent)
+
+    def test_a_host_of_another_compiler_shares_types_and_exceptions_with_the_library(self):
+        compiler = "clang++" if "clang" not in options.cxx else "g++"
+        if shutil.which(compiler) is None:
+            self.skipTest(f"{compiler} is not installed")
+        if options.flags:
+            self.skipTest("the sanitizers of two compilers do not go together")
+        folder = self.work_folder()
+        library = self.library(self.prefix)
+        run(compiler, "-std=c++17", *STRICT, f"-I{self.prefix / 'include'}", HERE / "second_compiler" / "main.cpp",
+            "-o", "host", library, folder=folder)
+        output = run(folder / "host", folder=folder, LD_LIBRARY_PATH=library.parent)
+        self.assertEqual(output.splitlines()[-1], "all is well")
 
     def test_exactly_the_public_headers_are_installed(self):
         include = self.prefix / "include" / "xum"

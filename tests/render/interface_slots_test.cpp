@@ -1,5 +1,6 @@
 #include <xum/render/debug_shapes.h>
 #include <xum/render/font.h>
+#include <xum/render/image.h>
 #include <xum/render/image_font.h>
 #include <xum/render/light.h>
 #include <xum/render/program.h>
@@ -36,15 +37,6 @@ long attributeFromSlot()
 {
     return slotOf<void (VertexBuffer::*)(int, const Values&)>(&VertexBuffer::setAttributeFrom);
 }
-
-/// Its operation takes the first place behind those of the base.
-template <class Base>
-struct WithOneMore : Base {
-    virtual void oneMore() {}
-
-protected:
-    ~WithOneMore() = default;
-};
 
 } // namespace
 
@@ -84,6 +76,7 @@ TEST(InterfaceSlots, ofRenderDeviceKeepTheirOrder)
     EXPECT_EQ(uniformSlot<float>(), 31 + 1);
     EXPECT_EQ(uniformSlot<int>(), 32 + 1);
     EXPECT_EQ(slotOf(&RenderDevice::swap), 33 + 1);
+    EXPECT_EQ(placesOf<RenderDevice>(), 34 + 1);
     static_assert(std::has_virtual_destructor_v<RenderDevice>);
 }
 
@@ -99,6 +92,7 @@ TEST(InterfaceSlots, ofVertexBufferKeepTheirOrder)
     EXPECT_EQ(slotOf(&VertexBuffer::drawLines), 7);
     EXPECT_EQ(slotOf(&VertexBuffer::drawTriangles), 8);
     EXPECT_EQ(slotOf(&VertexBuffer::drawTriangleFan), 9);
+    EXPECT_EQ(placesOf<VertexBuffer>(), 10);
 }
 
 TEST(InterfaceSlots, ofTextureKeepTheirOrder)
@@ -111,7 +105,8 @@ TEST(InterfaceSlots, ofTextureKeepTheirOrder)
     EXPECT_EQ(slotOf(&Texture::setClamp), 5);
     EXPECT_EQ(slotOf(&Texture::update), 6);
     EXPECT_EQ(slotOf(&Texture::toImage), 7);
-    static_assert(std::has_virtual_destructor_v<Texture>);
+    static_assert(std::has_virtual_destructor_v<Texture>); // behind the others
+    EXPECT_EQ(placesOf<Texture>(), 8 + 2);
 }
 
 TEST(InterfaceSlots, ofShaderAndProgramKeepTheirOrder)
@@ -120,6 +115,8 @@ TEST(InterfaceSlots, ofShaderAndProgramKeepTheirOrder)
     EXPECT_EQ(slotOf(&Program::getAttributes), 0);
     EXPECT_EQ(slotOf(&Program::getOutputs), 1);
     static_assert(std::has_virtual_destructor_v<Shader> && std::has_virtual_destructor_v<Program>);
+    EXPECT_EQ(placesOf<Shader>(), 1 + 2);
+    EXPECT_EQ(placesOf<Program>(), 2 + 2);
 }
 
 TEST(InterfaceSlots, ofRenderTargetKeepTheirOrder)
@@ -128,39 +125,48 @@ TEST(InterfaceSlots, ofRenderTargetKeepTheirOrder)
     EXPECT_EQ(slotOf(&RenderTarget::getTexture), 1);
     EXPECT_EQ(slotOf(&RenderTarget::getDepthTexture), 2);
     EXPECT_EQ(slotOf(&RenderTarget::blit), 3);
+    EXPECT_EQ(placesOf<RenderTarget>(), 4);
 }
 
 TEST(InterfaceSlots, ofFontKeepTheirOrder)
 {
     EXPECT_EQ(slotOf(&Font::measure), 0);
     EXPECT_EQ(slotOf(&Font::render), 1);
-    EXPECT_EQ(slotOf(&WithOneMore<Font>::oneMore), 2);
+    EXPECT_EQ(placesOf<Font>(), 2);
     static_assert(!std::is_destructible_v<Font> && !std::has_virtual_destructor_v<Font>);
 }
 
 TEST(InterfaceSlots, ofImageFontHaveOnlyTheDestructor)
 {
     static_assert(std::has_virtual_destructor_v<ImageFont> && !std::is_abstract_v<ImageFont>);
-    EXPECT_EQ(slotOf(&WithOneMore<ImageFont>::oneMore), 1 + 1);
+    EXPECT_EQ(placesOf<ImageFont>(), 1 + 1);
+}
+
+TEST(InterfaceSlots, ofImageHaveOnlyTheDestructor)
+{
+    static_assert(std::has_virtual_destructor_v<Image> && !std::is_abstract_v<Image>);
+    EXPECT_EQ(placesOf<Image>(), 1 + 1);
 }
 
 TEST(InterfaceSlots, ofLightsKeepTheirOrder)
 {
     static_assert(std::has_virtual_destructor_v<Light>);
     EXPECT_EQ(slotOf(&Light::draw), 1 + 1);
+    EXPECT_EQ(placesOf<Light>(), 2 + 1);
     EXPECT_EQ(slotOf(&SpotLight::calculateMatrix), 2 + 1);
     EXPECT_EQ(slotOf(&SpotLight::calculateShadowMatrix), 3 + 1);
     EXPECT_EQ(slotOf(&SpotLight::generateShadowMap), 4 + 1);
-    EXPECT_EQ(slotOf(&WithOneMore<SpotLight>::oneMore), 5 + 1);
+    EXPECT_EQ(placesOf<SpotLight>(), 5 + 1);
 }
 
 TEST(InterfaceSlots, ofDebugShapesKeepTheirOrder)
 {
     static_assert(std::has_virtual_destructor_v<DebugObject>);
     EXPECT_EQ(slotOf(&DebugObject::draw), 1 + 1);
-    EXPECT_EQ(slotOf(&WithOneMore<DebugLine>::oneMore), 2 + 1);
-    EXPECT_EQ(slotOf(&WithOneMore<DebugBox>::oneMore), 2 + 1);
-    EXPECT_EQ(slotOf(&WithOneMore<DebugSphere>::oneMore), 2 + 1);
+    EXPECT_EQ(placesOf<DebugObject>(), 2 + 1);
+    EXPECT_EQ(placesOf<DebugLine>(), 2 + 1);
+    EXPECT_EQ(placesOf<DebugBox>(), 2 + 1);
+    EXPECT_EQ(placesOf<DebugSphere>(), 2 + 1);
 }
 
 TEST(Interfaces, thatOnlyTheDeviceDeletesHaveNoPublicDestructor)

@@ -13,3 +13,20 @@ long slotOf(Operation operation)
     std::memcpy(parts, &operation, sizeof parts);
     return static_cast<long>((parts[0] - 1) / 8);
 }
+
+/// Its operation takes the first place behind those of the base.
+template <class Base>
+struct WithOneMore : Base {
+    virtual void oneMore() {}
+
+protected:
+    ~WithOneMore() = default;
+};
+
+/// How many places the table of a class has that hosts derive from or call: nothing was added to it. A virtual
+/// destructor counts twice.
+template <class Base>
+long placesOf()
+{
+    return slotOf(&WithOneMore<Base>::oneMore);
+}

@@ -11,4 +11,5 @@ TEST(InterfaceSlots, ofTheScriptingDevice)
     EXPECT_EQ(slotOf(&ScriptingDevice::loadBaseScripts), 0);
     EXPECT_EQ(slotOf(&ScriptingDevice::loadScript), 1);
     EXPECT_EQ(slotOf(&ScriptingDevice::evaluateScript), 2);
+    EXPECT_EQ(placesOf<ScriptingDevice>(), 3);
 }
