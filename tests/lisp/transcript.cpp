@@ -59,7 +59,12 @@ Transcript readTranscript(const fs::path& script)
 {
     Transcript transcript;
     transcript.name = script.parent_path().filename().string() + "/" + script.stem().string();
-    transcript.expected = fileContents(fs::path(script).replace_extension(".expected").string());
+    fs::path expected = fs::path(script).replace_extension(".expected");
+#ifdef _WIN32
+    const fs::path expectedHere = fs::path(script).replace_extension(".windows-expected");
+    if (fs::exists(expectedHere)) expected = expectedHere;
+#endif
+    transcript.expected = fileContents(expected.string());
     std::istringstream source(fileContents(script.string()));
     std::string* target = &transcript.scripts.emplace_back();
     for (std::string line; std::getline(source, line);) {

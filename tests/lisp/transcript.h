@@ -6,7 +6,9 @@
 #include <utility>
 #include <vector>
 
-/// A script and everything that it writes. In the script's file, lines that begin with ";;;" are for the test:
+/// A script and everything that it writes, which stands in a file of the same name with the extension ".expected", or
+/// ".windows-expected" where it is something else on Windows. In the script's file, lines that begin with ";;;" are for
+/// the test:
 ///
 ///     ;;; text path          evaluate as a text: comments are not stripped
 ///     ;;; full region only   too slow or too large for small regions

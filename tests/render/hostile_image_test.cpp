@@ -268,12 +268,8 @@ TEST(HostileImage, survivesChangedBytes)
     }
 }
 
-#ifndef _WIN32 // on other systems this palette is decoded to colours
-
 TEST(HostileImage, harnessNoticesPicturesOfFewColors)
 {
     messageBoxFunction = [](std::uint32_t, const char*, const char*) -> int { throw Refusal(); };
     for (const char* name : fewColorFiles) EXPECT_THROW(loadImageFromMemory(bytesOfFile(name)), Refusal) << name;
 }
-
-#endif

@@ -144,21 +144,10 @@ TEST(ImageLoader, endsTheProgramForAPaletteBmp)
     expectRefusedDepth("palette.bmp");
 }
 
-#ifdef _WIN32
-
-TEST(ImageLoader, readsAPalettePngWhereItIsDecodedToColors)
-{
-    expectPicture("palette.png", picture::color, false);
-}
-
-#else
-
 TEST(ImageLoader, endsTheProgramForAPalettePng)
 {
     expectRefusedDepth("palette.png");
 }
-
-#endif
 
 TEST(ImageLoader, refusesMissingFilesSilently)
 {

@@ -261,7 +261,7 @@ TEST_F(OpenGLShaderFile, directoryGivesAnEmptyShaderWithoutAWarning)
 
 TEST_F(OpenGLShaderFile, endsAtItsFirstNul)
 {
-    writeFileContents("nul.frag", redSource + '\0' + "this is no shader text");
-    EXPECT_TRUE(drawsRed(kept(device->loadShader(ShaderType::Fragment, "nul.frag"))));
+    writeFileContents("zero.frag", redSource + '\0' + "this is no shader text");
+    EXPECT_TRUE(drawsRed(kept(device->loadShader(ShaderType::Fragment, "zero.frag"))));
     EXPECT_TRUE(shownMessageBoxes().empty());
 }
