@@ -60,6 +60,7 @@ std::optional<EditorOptions> readOptions(int argumentCount, const char* const* a
     options.dataDirectory = defaultDataRoot();
     std::string size;
     CLI::App parser("Make and change maps for xum-engine.", "xum-editor");
+    parser.allow_windows_style_options(false); // a name may begin with '/'
     parser.footer(footer);
     parser.add_option("map", options.mapFile, "The map to open, a .cfg file")->type_name("MAP");
     parser

@@ -116,6 +116,7 @@ std::optional<Options> readOptions(int argumentCount, const char* const* argumen
     bool startsMute = false;
 
     CLI::App parser("Twelve Embers, a small game drawn with xum-engine.", "xum-game");
+    parser.allow_windows_style_options(false); // a name may begin with '/'
     parser.footer(footer);
     CLI::Option* frames = parser.add_option("--frames", options.frames,
                                             "Unattended: fly a fixed path for so many frames of 1/60 second, then "

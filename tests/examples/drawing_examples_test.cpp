@@ -122,7 +122,7 @@ TEST(DrawingExamples, soundPlaysSilentlyWithoutADevice)
 TEST(DrawingExamples, sayWhichOfTheirDataIsMissing)
 {
     const Environment environment("XUM_DATA_ROOT", "nosuch/");
-    const std::string root = (testDirectory() / "nosuch/").string();
+    const std::string root = (testDirectory() / "nosuch/").generic_string();
     const std::string urn = "There is no mesh " + root + "meshes/urn.mesh\n";
     const std::pair<const char*, std::string> cases[] = {
         {"archive", "There is no file " + root + "textures/brick.png\n"},

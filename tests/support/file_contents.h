@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -12,11 +13,14 @@ inline std::string fileContents(const std::string& fileName)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// The text of a file, whose lines end as the system wants it; empty when there is none.
+/// The text of a file, without what Windows writes before the end of a line; empty when there is none.
 inline std::string fileText(const std::string& fileName)
 {
-    std::ifstream file(fileName);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string text = fileContents(fileName);
+#ifdef _WIN32
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+#endif
+    return text;
 }
 
 /// The lines of the log that the library wrote into the working directory.

@@ -21,7 +21,8 @@ inline ProgramRun runProgram(const std::string& program, const std::string& argu
 {
     std::string command = "\"" + program + "\" " + arguments + " >run-output.txt 2>run-errors.txt";
 #ifdef _WIN32
-    command = "\"" + command + "\""; // cmd takes the outer quotes off
+    // A message box would wait for somebody. cmd takes the outer quotes off.
+    command = "\"set XUM_MESSAGE_BOXES=0&& " + command + "\"";
     const int status = std::system(command.c_str());
 #else
     const int result = std::system(command.c_str());

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <exception>
+#include <filesystem>
+#include <fstream>
 #include <random>
 
 namespace {
@@ -139,7 +141,7 @@ TEST_F(MeshGltf, bufferMayBeInTheTextOrBelowTheDirectory)
     EXPECT_EQ(importedBytes("b.gltf"), meshOf(std::vector<float>(9), {}, {0, 1, 2}));
 
     std::filesystem::create_directories("d/e f");
-    writeFileContents("d/e f/\xC3\xA4.bin", modelOf(threePositions).buffer);
+    std::ofstream(std::filesystem::path(u8"d/e f/\u00E4.bin"), std::ios::binary) << modelOf(threePositions).buffer;
     writeFileContents("d/c.gltf", model.getText("\"uri\":\"e%20f/\xC3\xA4.bin\","));
     EXPECT_EQ(importedBytes("d/c.gltf", "--up z"), meshOfThree());
 }
@@ -354,7 +356,7 @@ TEST_F(MeshGltf, filesOutsideOfTheDirectoryAreNotOpened)
     std::filesystem::create_directory("d");
     const Gltf model = modelOf(threePositions);
     writeFileContents("outside.bin", model.buffer);
-    const std::string absolute = (std::filesystem::current_path() / "outside.bin").string();
+    const std::string absolute = (std::filesystem::current_path() / "outside.bin").generic_string();
     const auto expect = [&model](const std::string& uri, const std::string& reason) {
         writeFileContents("d/a.gltf", model.getText("\"uri\":\"" + uri + "\","));
         expectRefusal("d/a.gltf", "d/a.gltf: " + reason + "\n");

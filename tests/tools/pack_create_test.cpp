@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <vector>
 
 #ifndef _WIN32
@@ -76,10 +77,11 @@ TEST_F(PackCreate, archiveIsHeaderDirectoryAndData)
 
 TEST_F(PackCreate, namesAreSortedBytewise)
 {
-    // Directory by directory "a" would come before "a-" and "a.b", and "b" before "B".
-    for (const char* name : {"d/a/x", "d/a-", "d/a.b", "d/B", "d/b", "d/\xC3\xA4"}) writeFile(name, "");
+    // Directory by directory "a" would come before "a-" and "a.b", and "c" before "B".
+    for (const char* name : {"d/a/x", "d/a-", "d/a.b", "d/B", "d/c"}) writeFile(name, "");
+    std::ofstream(fs::path(u8"d/\u00E4"));
     expectCreation("a.xum d", 0, "");
-    EXPECT_EQ(runXum("pack list a.xum").output, "0\t880\tB\n0\t880\ta-\n0\t880\ta.b\n0\t880\ta/x\n0\t880\tb\n"
+    EXPECT_EQ(runXum("pack list a.xum").output, "0\t880\tB\n0\t880\ta-\n0\t880\ta.b\n0\t880\ta/x\n0\t880\tc\n"
                                                 "0\t880\t\xC3\xA4\n");
 }
 

@@ -38,6 +38,7 @@ int main(int argc, char** argv)
 #endif
     try {
         CLI::App app("Tools for authors of xum-engine games", "xum");
+        app.allow_windows_style_options(false); // for all subcommands: a name may begin with '/'
         app.set_version_flag("--version", "xum " XUM_VERSION, "Print the version and exit");
         app.set_help_flag("-h,--help", "Print this text and exit");
         app.require_subcommand(0, 1);
