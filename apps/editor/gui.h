@@ -35,10 +35,13 @@ private:
     static int watch(void* gui, SDL_Event* event);
     void handle(const SDL_Event& event);
 
+    /// KMOD_CTRL, KMOD_SHIFT and KMOD_ALT, of either side.
+    unsigned findHeldModifiers() const;
+
     ImGuiContext* context;
     Vector2<float> mouse = {-1, -1};
     bool buttons[3] = {};
-    bool pressed[3] = {};  ///< since the last frame, even when it is up again
+    bool pressed[3] = {}; ///< since the last frame, even when it is up again
     std::bitset<512> keys; ///< by their scancodes
     std::bitset<512> pressedKeys;
     unsigned modifiers = 0; ///< when the last key was pressed
