@@ -92,6 +92,7 @@ std::string GameData::provideFile(const std::string& fileName)
     if (archive.empty()) return fileName;
     std::error_code failure;
     const std::filesystem::path copy = localRoot + fileName;
+    if (std::filesystem::exists(copy, failure)) return nameOf(copy); // perhaps in use, so Windows would not replace it
     std::filesystem::create_directories(copy.parent_path(), failure);
     std::ofstream file(copy, std::ios::binary);
     file.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));

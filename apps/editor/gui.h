@@ -41,7 +41,7 @@ private:
     ImGuiContext* context;
     Vector2<float> mouse = {-1, -1};
     bool buttons[3] = {};
-    bool pressed[3] = {}; ///< since the last frame, even when it is up again
+    bool pressed[3] = {};  ///< since the last frame, even when it is up again
     std::bitset<512> keys; ///< by their scancodes
     std::bitset<512> pressedKeys;
     unsigned modifiers = 0; ///< when the last key was pressed

@@ -70,6 +70,7 @@ TEST_F(GameProgram, fastRunEndsAsADrawnOne)
     EXPECT_EQ(fileContents("a.bmp"), fileContents("b.bmp"));
 }
 
+#ifndef _WIN32
 TEST_F(GameProgram, nothingIsKeptWhenASessionIsPlayed)
 {
     const ProgramRun run =
@@ -78,6 +79,7 @@ TEST_F(GameProgram, nothingIsKeptWhenASessionIsPlayed)
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_FALSE(fs::exists("user"));
 }
+#endif
 
 TEST_F(GameProgram, settingsChooseTheWindowUnlessTheCommandLineDoes)
 {

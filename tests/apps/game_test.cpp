@@ -290,8 +290,8 @@ TEST_F(GameWithItsOwnData, shaderThatDoesNotCompileIsNamedWithTheCompilersWords)
 {
     writeFileContents("data/shaders/flat.frag", "#version 150\nout vec4 color;\nvoid main() { color = nonsense; }\n");
     expectBrokenData("xum-game: the shaders data/shaders/flat.vert, data/shaders/flat.frag do not compile");
-    EXPECT_TRUE(contains(fileContents("run-errors.txt"), "Warning: flat.frag\n"));
-    EXPECT_TRUE(contains(fileContents("run-errors.txt"), "nonsense"));
+    EXPECT_TRUE(contains(fileText("run-errors.txt"), "Warning: flat.frag\n"));
+    EXPECT_TRUE(contains(fileText("run-errors.txt"), "nonsense"));
 }
 
 TEST_F(GameWithItsOwnData, emptyShaderIsNoticed)

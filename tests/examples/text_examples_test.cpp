@@ -37,8 +37,8 @@ TEST_F(TextExamples, configFileMakesSettingsAndCountsItsRuns)
                                 "   </visit>\r\n"
                                 "   <runs 2/>\r\n"
                                 "</settings>\r\n";
-    EXPECT_EQ(run.output, "title: My first game\nheight: not set\nvisit 1\nvisit 2\n" + written);
     EXPECT_EQ(fileContents("settings.cfg"), written);
+    EXPECT_EQ(run.output, "title: My first game\nheight: not set\nvisit 1\nvisit 2\n" + fileText("settings.cfg"));
 }
 
 TEST_F(TextExamples, configFileTellsWhereAFileIsBroken)
