@@ -79,6 +79,7 @@ LAYERS = {
         files/program_description
         files/read_file
         files/resource_*
+        files/sdl_file_name
         render/owned_vertex_buffer
     """,
     # Interfaces that devices implement.

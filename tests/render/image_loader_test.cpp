@@ -149,6 +149,14 @@ TEST(ImageLoader, endsTheProgramForAPalettePng)
     expectRefusedDepth("palette.png");
 }
 
+#ifdef _WIN32
+TEST(ImageLoader, takesNamesInTheCodePage)
+{
+    std::filesystem::copy_file(testFile("rgb.png"), std::filesystem::path(L"gr\u00F6\u00DF.png"));
+    EXPECT_NE(OwnedImage(loadImage("gr\xF6\xDF.png")).get(), nullptr);
+}
+#endif
+
 TEST(ImageLoader, refusesMissingFilesSilently)
 {
     expectSilentNull([] { return loadImage("missing.png"); });

@@ -28,7 +28,7 @@ def run(*command, folder, status=0, **variables):
     if command[0].endswith(".exe"):
         command.insert(0, str(HERE / "wine-run"))
     environment = {name: value for name, value in os.environ.items() if name != "XUM_DATA_ROOT"}
-    done = subprocess.run(command, cwd=folder, env={**environment, **variables}, text=True,
+    done = subprocess.run(command, cwd=folder, env={**environment, **variables}, encoding="utf-8", errors="replace",
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
     if done.returncode != status:
         raise AssertionError(f"{command} ended with {done.returncode}:\n{done.stdout}")
@@ -59,7 +59,8 @@ class WindowsPackage(unittest.TestCase):
 
     def test_the_tool_runs(self):
         self.assertEqual(run(self.bin / "xum.exe", "--version", folder=self.folder).strip(), "xum 0.1.0")
-        self.assertEqual(run(self.bin / "xum.exe", "lisp", "-e", "(+ 1 2)", folder=self.folder).strip(), "3")
+        self.assertEqual(run(self.bin / "xum.exe", "lisp", "-e", "(+ 1 2)", folder=self.folder).strip(),
+                         ":integer (3)")
 
     def test_the_tool_takes_names_with_letters_of_the_code_page(self):
         work = self.folder / "Bücher"
@@ -81,7 +82,7 @@ class WindowsPackage(unittest.TestCase):
     def test_a_host_of_ones_own_is_built_and_runs(self):
         build = self.folder / "host"
         run("cmake", "-S", HOST, "-B", build, "-G", "Ninja", f"-DCMAKE_TOOLCHAIN_FILE={HERE / 'toolchain.cmake'}",
-            f"-DCMAKE_PREFIX_PATH={self.root}", "-DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH", folder=self.folder)
+            f"-Dxum-engine_DIR={self.root}/lib/cmake/xum-engine", folder=self.folder)
         run("cmake", "--build", build, folder=self.folder)
         for library in self.bin.glob("*.dll"):
             shutil.copy(library, build)

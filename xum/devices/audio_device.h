@@ -43,7 +43,7 @@ protected:
     ~AudioSource() = default;
 };
 
-/// Plays samples on 64 sources and one stream of music. File names are in UTF-8 on every system. Made by
+/// Plays samples on 64 sources and one stream of music. File names are narrow ones, as those of File. Made by
 /// Engine::createAudioDevice, which returns null on a machine without sound; given back to Engine::destroyAudioDevice,
 /// after its samples and streams. Slot order is ABI.
 class XUM_API AudioDevice {

@@ -4,6 +4,7 @@
 #include <xum/devices/audio_header.h>
 #include <xum/engine/log.h>
 #include <xum/files/read_file.h>
+#include <xum/files/sdl_file_name.h>
 
 #include <SDL.h>
 #include <SDL_mixer.h>
@@ -83,7 +84,7 @@ AudioDeviceImplementation::AudioDeviceImplementation(int channels)
 Sample* AudioDeviceImplementation::loadSample(const std::string& fileName)
 {
     if (!isFileName(fileName)) return nullptr;
-    return decodeSample(SDL_RWFromFile(fileName.c_str(), "rb"));
+    return decodeSample(SDL_RWFromFile(SdlFileName(fileName).get(), "rb"));
 }
 
 Sample* AudioDeviceImplementation::loadSampleFromMemory(const std::vector<unsigned char>& data)
@@ -99,7 +100,7 @@ void AudioDeviceImplementation::destroySample(Sample* sample)
 Stream* AudioDeviceImplementation::loadStream(const std::string& fileName)
 {
     if (!isFileName(fileName) || !isMixerOpen()) return nullptr;
-    SDL_RWops* source = SDL_RWFromFile(fileName.c_str(), "rb");
+    SDL_RWops* source = SDL_RWFromFile(SdlFileName(fileName).get(), "rb");
     if (source == nullptr) return nullptr;
     const bool isBelievable = isStreamBelievable(source);
     const bool hasBadChunks = isBelievable && hasTexts(source);
@@ -111,7 +112,7 @@ Stream* AudioDeviceImplementation::loadStream(const std::string& fileName)
             return readFile(fileName, data) ? loadStreamFromMemory({data.begin(), data.end()}) : nullptr;
         }
         auto stream = std::make_unique<Stream>(std::vector<unsigned char>());
-        stream->setMusic(Mix_LoadMUS(fileName.c_str()));
+        stream->setMusic(Mix_LoadMUS(SdlFileName(fileName).get()));
         return stream->getMusic() != nullptr ? stream.release() : nullptr;
     } catch (const std::bad_alloc&) {
         return nullptr;

@@ -1,6 +1,7 @@
 #include <xum/render/font_implementation.h>
 
 #include <xum/engine/log.h>
+#include <xum/files/sdl_file_name.h>
 #include <xum/render/image.h>
 #include <xum/render/image_header.h>
 #include <xum/render/render_device.h>
@@ -93,7 +94,7 @@ Font* loadFont(const std::string& fileName, int pointSize)
 {
     TTF_Font* handle = nullptr;
     if (fileName.find('\0') == std::string::npos)
-        handle = TTF_OpenFont(fileName.c_str(), pointSize);
+        handle = TTF_OpenFont(SdlFileName(fileName).get(), pointSize);
     else
         SDL_SetError("a file name cannot hold a NUL"); // the system would open a file of another name
     if (handle == nullptr) {

@@ -1,6 +1,7 @@
 #include <xum/render/image.h>
 
 #include <xum/engine/log.h>
+#include <xum/files/sdl_file_name.h>
 #include <xum/render/pixel_conversion.h>
 
 #include <SDL.h>
@@ -127,7 +128,7 @@ bool Image::writeToFile(const std::string& fileName) const
     SDL_Surface* surface = SDL_CreateRGBSurfaceFrom(pixels.get(), width, height, 32, static_cast<int>(pitch),
                                                     0x000000FFu, 0x0000FF00u, 0x00FF0000u, 0xFF000000u);
     if (surface == nullptr) return false;
-    const bool isSaved = SDL_SaveBMP_RW(surface, SDL_RWFromFile(fileName.c_str(), "wb"), 1) == 0;
+    const bool isSaved = SDL_SaveBMP_RW(surface, SDL_RWFromFile(SdlFileName(fileName).get(), "wb"), 1) == 0;
     SDL_FreeSurface(surface);
     return isSaved;
 }

@@ -1,6 +1,7 @@
 #include <xum/render/image.h>
 
 #include <xum/engine/log.h>
+#include <xum/files/sdl_file_name.h>
 #include <xum/render/image_header.h>
 
 #include <SDL.h>
@@ -44,8 +45,9 @@ bool isWorthDecoding(SDL_RWops* source)
 Image* loadImage(const std::string& fileName)
 {
     if (fileName.find('\0') != std::string::npos) return nullptr; // the system would open a file of another name
-    if (!isWorthDecoding(SDL_RWFromFile(fileName.c_str(), "rb"))) return nullptr;
-    return imageFromSurface(IMG_Load(fileName.c_str()));
+    const SdlFileName name(fileName);
+    if (!isWorthDecoding(SDL_RWFromFile(name.get(), "rb"))) return nullptr;
+    return imageFromSurface(IMG_Load(name.get()));
 }
 
 Image* loadImageFromMemory(const std::vector<unsigned char>& data)
