@@ -64,7 +64,8 @@ TEST_F(GameEngineImplementation, handsOutTheSameDevicesEachTime)
     EXPECT_EQ(game->getSystemDevice(), game->getSystemDevice());
     EXPECT_EQ(game->getInputDevice(), game->getInputDevice());
     EXPECT_EQ(game->getEngine()->getVersion(), "xum-engine 0.1 (build 0001)");
-    EXPECT_EQ(game->getSystemDevice()->getClipboardText(), "");
+    game->getSystemDevice()->setClipboardText("text");
+    EXPECT_EQ(game->getSystemDevice()->getClipboardText(), "text");
 }
 
 TEST_F(GameEngineImplementation, cursorIsShownAndTextInputIsOn)
