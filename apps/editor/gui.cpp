@@ -77,17 +77,6 @@ void Gui::handle(const SDL_Event& event)
     pressed[number] = pressed[number] || buttons[number];
 }
 
-// By the events as well: on Windows SDL asks the real keyboard, which a recorded session leaves alone.
-unsigned Gui::findHeldModifiers() const
-{
-    const auto either = [this](SDL_Scancode left, SDL_Scancode right, unsigned modifier) {
-        return keys[left] || keys[right] ? modifier : 0u;
-    };
-    return either(SDL_SCANCODE_LCTRL, SDL_SCANCODE_RCTRL, KMOD_CTRL) |
-           either(SDL_SCANCODE_LSHIFT, SDL_SCANCODE_RSHIFT, KMOD_SHIFT) |
-           either(SDL_SCANCODE_LALT, SDL_SCANCODE_RALT, KMOD_ALT);
-}
-
 void Gui::begin(float seconds)
 {
     ImGui_ImplOpenGL3_NewFrame();
@@ -102,7 +91,7 @@ void Gui::begin(float seconds)
     }
     for (std::size_t key = 0; key < keys.size(); ++key) io.KeysDown[key] = keys[key] || pressedKeys[key];
     // A slow frame may have all of Ctrl+S in it, Ctrl going up included.
-    const unsigned held = pressedKeys.any() ? modifiers : findHeldModifiers();
+    const unsigned held = pressedKeys.any() ? modifiers : static_cast<unsigned>(SDL_GetModState());
     io.KeyCtrl = (held & KMOD_CTRL) != 0;
     io.KeyShift = (held & KMOD_SHIFT) != 0;
     io.KeyAlt = (held & KMOD_ALT) != 0;

@@ -35,9 +35,6 @@ private:
     static int watch(void* gui, SDL_Event* event);
     void handle(const SDL_Event& event);
 
-    /// KMOD_CTRL, KMOD_SHIFT and KMOD_ALT, of either side.
-    unsigned findHeldModifiers() const;
-
     ImGuiContext* context;
     Vector2<float> mouse = {-1, -1};
     bool buttons[3] = {};
